@@ -1,0 +1,114 @@
+#include "pattern_bitfield_element.h"
+
+#include <algorithm>
+
+namespace NPattern {
+
+namespace {
+
+constexpr char kSourceFile[] = "pattern_bitfield_element.cpp";
+
+// The width of the value of a range. A wider range has no value that could be handed out.
+constexpr std::int32_t kMostBits = 32;
+
+[[noreturn]] void ThrowInvalid(int line)
+{
+    throw PatternException(kSourceFile, line, "Invalid bitfield token");
+}
+
+const LToken& RequireToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor,
+                           LTokenType wantedType, const char* wantedText)
+{
+    const LToken* token = nullptr;
+    if (!ExpectToken(tokens, ioCursor, token, wantedType, wantedText)) ThrowInvalid(__LINE__);
+    return *token;
+}
+
+BitfieldField ParseField(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+{
+    BitfieldField field;
+    field.mType = kTypeLInteger;
+    const LToken* name = nullptr;
+    const LToken* equals = nullptr;
+    // A name without its '=' is dropped, and the range stays without one.
+    if (ExpectToken(tokens, ioCursor, name, kIdentifier, nullptr) &&
+        ExpectToken(tokens, ioCursor, equals, kSymbol, "=")) {
+        field.mName = name->mText;
+    }
+    const std::int32_t one = RequireToken(tokens, ioCursor, kNumber, nullptr).mValue;
+    RequireToken(tokens, ioCursor, kSymbol, "-");
+    const std::int32_t other = RequireToken(tokens, ioCursor, kNumber, nullptr).mValue;
+    field.mStartBit = std::min(one, other);
+    field.mEndBit = std::max(one, other);
+    if (field.mEndBit - field.mStartBit >= kMostBits) ThrowInvalid(__LINE__);
+    return field;
+}
+
+bool ParseBigEndian(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+{
+    const LToken* token = nullptr;
+    if (!ExpectToken(tokens, ioCursor, token, kSymbol, ":")) return true;
+    if (ExpectToken(tokens, ioCursor, token, kIdentifier, "L")) return false;
+    if (ExpectToken(tokens, ioCursor, token, kIdentifier, "B")) return true;
+    ThrowInvalid(__LINE__);
+}
+
+}  // namespace
+
+bool BitfieldElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
+{
+    return tokens[cursor].mType == kSymbol && tokens[cursor].mChar == '(';
+}
+
+BitfieldElement::BitfieldElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+{
+    RequireToken(tokens, ioCursor, kSymbol, "(");
+    std::int64_t highestBit = 0;
+    const LToken* comma = nullptr;
+    do {
+        mFields.push_back(ParseField(tokens, ioCursor));
+        highestBit = std::max<std::int64_t>(highestBit, mFields.back().mEndBit);
+    } while (ExpectToken(tokens, ioCursor, comma, kSymbol, ","));
+    RequireToken(tokens, ioCursor, kSymbol, ")");
+    mBigEndian = ParseBigEndian(tokens, ioCursor);
+    mByteCount = static_cast<std::int32_t>((highestBit + 8) / 8);
+}
+
+void BitfieldElement::Dump(std::FILE* stream) const
+{
+    std::fprintf(stream, "%c ", BinaryMark());
+    std::fprintf(stream, "BITFIELD   %s-endian %i-bytes\n", mBigEndian ? "big" : "little",
+                 mByteCount);
+    for (const BitfieldField& field : mFields) {
+        std::fprintf(stream, "              (%i - %i) '%s'\n", field.mStartBit, field.mEndBit,
+                     field.TypedName().c_str());
+    }
+}
+
+const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
+{
+    if (length < static_cast<std::uint32_t>(mByteCount)) return nullptr;
+    for (BitfieldField& field : mFields) field.SetIntegerValue(ValueOf(field, data));
+    return data + mByteCount;
+}
+
+// 32 bits that start anywhere lie in at most five bytes, and so in one 64-bit number.
+std::uint32_t BitfieldElement::ValueOf(const BitfieldField& field, const Byte* data) const
+{
+    const std::int32_t first = field.mStartBit / 8;
+    const std::int32_t last = field.mEndBit / 8;
+    std::uint64_t bits = 0;
+    for (std::int32_t k = last; k >= first; --k) {
+        bits = bits << 8 | data[mBigEndian ? mByteCount - 1 - k : k];
+    }
+    const int width = field.mEndBit - field.mStartBit + 1;
+    const std::uint64_t mask = (std::uint64_t{1} << width) - 1;
+    return static_cast<std::uint32_t>(bits >> (field.mStartBit % 8) & mask);
+}
+
+void BitfieldElement::CollectParameters(ParameterList& ioList) const
+{
+    for (const BitfieldField& field : mFields) ioList.Append(field);
+}
+
+}  // namespace NPattern

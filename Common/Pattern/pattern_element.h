@@ -1,0 +1,158 @@
+// The frame of the engine: Pattern, the compiled form of a parsing string; Element, the base of
+// its steps; Parameter, a captured value. The shell needs nothing of the engine but Pattern,
+// Parameter and the two exception classes.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "pattern_ltoken.h"
+
+namespace NPattern {
+
+enum ParameterType : std::int32_t {
+    kTypeString,    // mStringValue
+    kTypeFloat,     // mFloatValue
+    kTypeLInteger,  // mIntValue; raw bytes are read with the least significant first
+    kTypeBInteger,  // mIntValue; raw bytes are read with the most significant first
+    kTypeNone       // nothing is captured
+};
+
+// A captured value: a plain record, handed out by copy. Only the value field that belongs to
+// mType is ever written.
+struct Parameter {
+    std::string mName;  // as written in the declaration header
+    ParameterType mType = kTypeNone;
+    std::int32_t mIntValue = 0;
+    double mFloatValue = 0.0;
+    std::string mStringValue;  // bytes, NUL among them
+
+    // Stores a text, converted as strtol and atof do in the "C" locale.
+    // length: in bytes; 0 means that the text ends at its NUL, which must then be there.
+    // hex: numbers have radix 16, for kTypeFloat too. Integers are clamped to 32 bits.
+    void SetTextValue(const Byte* text, std::uint32_t length, bool hex);
+
+    // Stores raw bytes: a string of just these, or an unsigned number in the byte order of mType
+    // (little-endian for kTypeFloat). An integer takes the four least significant bytes.
+    void SetBinaryValue(const Byte* data, std::uint32_t length);
+
+    // Stores 32 bits; as float or string they count as a signed number.
+    void SetIntegerValue(std::uint32_t value);
+
+    // "name:FLOAT" and the like; empty for kTypeNone.
+    std::string TypedName() const;
+};
+
+// A position in a token vector, 0 to its size.
+using TokenCursor = std::size_t;
+
+// If the token at ioCursor is of the wanted type, and its whole text equals wantedText (ASCII case
+// ignored; null: any text), points outToken at it, moves the cursor on and gives true. Otherwise
+// sets outToken to null, leaves the cursor and gives false. A symbol behind a backslash has no
+// wanted text.
+bool ExpectToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor, const LToken*& outToken,
+                 LTokenType wantedType, const char* wantedText);
+
+// The cursor behind the declaration header name:type= at cursor, or cursor where none stands.
+// The type word is not looked at.
+TokenCursor SkipDeclaration(const std::vector<LToken>& tokens, TokenCursor cursor);
+
+// The vector that captures are collected into, filled over the entries that it already holds, so
+// that collecting message after message allocates nothing.
+class ParameterList {
+  public:
+    // entries: stays the caller's, and must outlive this object.
+    explicit ParameterList(std::vector<Parameter>& entries) : mEntries(entries) {}
+
+    void Append(const Parameter& parameter);
+
+    // Drops the old entries behind the last one appended.
+    void Finish() { mEntries.resize(mCount); }
+
+  private:
+    std::vector<Parameter>& mEntries;
+    std::size_t mCount = 0;
+};
+
+// One step of a compiled pattern. Owns the value that it captures; one caller at a time.
+class Element {
+  public:
+    Element() = default;
+    Element(const Element&) = delete;
+    Element& operator=(const Element&) = delete;
+    virtual ~Element();
+
+    // Writes what was compiled, for a developer to read.
+    virtual void Dump(std::FILE* stream) const = 0;
+
+    // Gives the address just past what was taken of the length bytes at data, or null for no
+    // match, which leaves the captured value alone.
+    virtual const Byte* Match(const Byte* data, std::uint32_t length) = 0;
+
+    // Whether the element reads raw bytes: white space next to it is never skipped.
+    virtual bool IsBinary() const = 0;
+
+    // Appends what the element captures: mParameter, unless it is of kTypeNone.
+    virtual void CollectParameters(ParameterList& ioList) const;
+
+  protected:
+    // Reads the header name:type= into mParameter, if one is there, and moves the cursor behind
+    // it. Throws PatternException for a type word that begins no type.
+    void ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor);
+
+    // The column with which every dump starts.
+    char BinaryMark() const { return IsBinary() ? 'B' : 'T'; }
+
+    Parameter mParameter;
+};
+
+// Skips white space, if there is any, between two elements that read text. Has no form of its own
+// in the language, and captures nothing.
+class WhitespaceElement final : public Element {
+  public:
+    void Dump(std::FILE* stream) const override;
+    const Byte* Match(const Byte* data, std::uint32_t length) override;
+    bool IsBinary() const override { return true; }
+    void CollectParameters(ParameterList& ioList) const override;
+};
+
+// The element whose form stands at ioCursor, with the cursor moved behind it, or null when no
+// tokens are left. Throws PatternSyntaxException at a token where no form can start.
+std::unique_ptr<Element> CreateElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor);
+
+using ElementList = std::vector<std::unique_ptr<Element>>;
+
+// The elements of a parsing string in the order of matching. Throws PatternSyntaxException.
+ElementList CompileElements(const std::string& parseString);
+
+// A compiled parsing string: it owns its elements and keeps no copy of the string. Either empty or
+// compiled; empty, it matches nothing. Match writes the captured values, so that one Pattern
+// serves one caller at a time.
+class Pattern {
+  public:
+    // Compiles a string. The old elements are gone first, so that after a throw of
+    // PatternSyntaxException (or std::bad_alloc) the pattern is empty.
+    void SetPatternString(const std::string& parseString);
+
+    // Matches from data on: the address just past the match, or null. Bytes left behind the last
+    // element do no harm; a message that is used up before it does not match, nor does one of
+    // length 0.
+    const Byte* Match(const Byte* data, std::uint32_t length);
+
+    // Puts one entry for each capture into outParameters, in the order of the parsing string, in
+    // place of what it holds. To be called after a match, for the values, or after a compile, for
+    // names and types.
+    void CollectParameters(std::vector<Parameter>& outParameters) const;
+
+    void Clear();
+
+  private:
+    ElementList mElements;
+};
+
+}  // namespace NPattern

@@ -1,0 +1,136 @@
+// The lower half of the engine: bytes, tokens and errors. A parsing string becomes a row of
+// LToken here, before any element is built from it.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace NPattern {
+
+using Byte = unsigned char;
+
+// Stands in the text of a quoted token for any one byte but NUL; the lexer writes it for a '?'.
+inline constexpr Byte kWildcardByte = 7;
+
+// Byte classes and case folding. Plain ASCII, so that a locale set by the host changes nothing:
+// no byte above 127 is in a class or changes case.
+constexpr bool IsSpace(Byte b)
+{
+    return b == ' ' || (b >= '\t' && b <= '\r');
+}
+constexpr bool IsDigit(Byte b)
+{
+    return b >= '0' && b <= '9';
+}
+constexpr bool IsAlpha(Byte b)
+{
+    return (b >= 'A' && b <= 'Z') || (b >= 'a' && b <= 'z');
+}
+constexpr bool IsAlnum(Byte b)
+{
+    return IsDigit(b) || IsAlpha(b);
+}
+constexpr bool IsPrint(Byte b)
+{
+    return b >= ' ' && b <= '~';
+}
+constexpr Byte ToLower(Byte b)
+{
+    return b >= 'A' && b <= 'Z' ? static_cast<Byte>(b + 32) : b;
+}
+
+// The value of a hexadecimal digit, 0 to 15; 16 for a byte that is none.
+constexpr unsigned HexDigitValue(Byte b)
+{
+    if (IsDigit(b)) return b - unsigned{'0'};
+    const Byte lower = ToLower(b);
+    return lower >= 'a' && lower <= 'f' ? lower - unsigned{'a'} + 10 : 16;
+}
+constexpr bool IsHexDigit(Byte b)
+{
+    return HexDigitValue(b) < 16;
+}
+
+bool EqualsIgnoringCase(std::string_view a, std::string_view b);
+
+enum LTokenType : std::int32_t {
+    kDoubleQuoted,  // mText: the content, escapes resolved, each '?' as kWildcardByte
+    kSingleQuoted,  // as kDoubleQuoted
+    kNumber,        // mText: the decimal digits; mValue
+    kHexByte,       // mText: the two hexadecimal digits; mValue, mChar
+    kIdentifier,    // mText: the word
+    kSymbol,        // mText: the one byte; mChar, mEscaped
+    kEnd            // closes every token vector; mText is empty
+};
+
+struct LToken {
+    LTokenType mType = kEnd;
+    std::string mText;           // as told at each LTokenType
+    Byte mChar = 0;              // kSymbol: the byte; kHexByte: the value; else 0
+    std::int32_t mValue = 0;     // kNumber: 0 to 2147483647; kHexByte: 0 to 255; else 0
+    bool mEscaped = false;       // a kSymbol that stood behind a backslash
+    std::int32_t mPosition = 0;  // offset of the token's first byte; means nothing on kEnd
+};
+
+enum LexerMode : std::int32_t {
+    kCharacterSetMode,  // behind '[': every byte is a symbol
+    kByteSetMode,       // behind '{': hexadecimal byte values
+    kNormalMode         // at the start, and behind ']' and '}'
+};
+
+// Splits the whole of parseString into outTokens, the last of them kEnd.
+// Throws PatternSyntaxException at the first byte that no token can hold.
+void Tokenize(std::vector<LToken>& outTokens, const std::string& parseString);
+
+// Gives the token at ioCursor, an offset into parseString from 0 to its size, and moves the cursor
+// behind it. At the end of the string it gives kEnd in kNormalMode.
+// Throws PatternSyntaxException, with the cursor where the error was seen.
+LToken NextToken(const std::string& parseString, std::size_t& ioCursor, LexerMode mode);
+
+// An error of the engine. It has no standard exception as its base, so a handler for those alone
+// misses it. Thrown by value, caught by reference.
+class PatternException {
+  public:
+    // file: name of the source file of the throw, static or copied; null gives "<unknown>".
+    // format: as for printf; null gives "Unknown error". The text is cut at 2048 bytes.
+    PatternException(const char* file, int line, const char* format, ...);
+    PatternException(const PatternException&) = default;
+    PatternException& operator=(const PatternException&) = default;
+    virtual ~PatternException();
+
+    // What to show a person.
+    virtual std::string Message() const;
+
+    std::string mMessage;  // the formatted text, without any position
+    std::string mFile;
+    std::int32_t mLine;
+
+  protected:
+    PatternException(const char* file, int line);
+};
+
+// An error with a place in the parsing string.
+class PatternSyntaxException : public PatternException {
+  public:
+    // An error at a cursor: the place is cursor + positionOffset, in 32 bits, and the offending
+    // text the one byte under the cursor, NUL at the end of the string.
+    PatternSyntaxException(const char* file, int line, const std::string& parseString,
+                           std::size_t cursor, std::int32_t positionOffset, const char* format,
+                           ...);
+
+    // An error at a token: place and text as given.
+    PatternSyntaxException(const char* file, int line, std::int32_t position,
+                           const std::string& offendingText, const char* format, ...);
+
+    // "Syntax error at character 3 (!): ...", cut at 2048 bytes.
+    std::string Message() const override;
+
+    std::int32_t mPosition;  // byte offset in the parsing string, or -1
+    std::string mOffendingText;
+};
+
+}  // namespace NPattern

@@ -1,0 +1,190 @@
+#include "pattern_number_element.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace NPattern {
+
+namespace {
+
+constexpr char kSourceFile[] = "pattern_number_element.cpp";
+
+enum KindWord { kKindNone, kKindDigit, kKindHex, kKindPoint };
+
+struct KindWordRow {
+    std::string_view mWord;
+    KindWord mKind;
+};
+
+constexpr KindWordRow kKindWords[] = {
+    {"x", kKindHex},       {"hex", kKindHex},      {"#", kKindDigit},
+    {"digit", kKindDigit}, {"digits", kKindDigit}, {".", kKindPoint},
+};
+
+KindWord FindKindWord(const LToken& token)
+{
+    const auto* const row = std::find_if(
+        std::begin(kKindWords), std::end(kKindWords),
+        [&token](const KindWordRow& r) { return EqualsIgnoringCase(r.mWord, token.mText); });
+    return row == std::end(kKindWords) ? kKindNone : row->mKind;
+}
+
+KindWord ClassifyKindWord(const LToken& token)
+{
+    const KindWord kind = FindKindWord(token);
+    if (kind == kKindNone) throw PatternException(kSourceFile, __LINE__, "Not a NumberElement");
+    return kind;
+}
+
+std::int32_t TakeOptionalNumber(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+{
+    const LToken* token = nullptr;
+    return ExpectToken(tokens, ioCursor, token, kNumber, nullptr) ? token->mValue : 0;
+}
+
+KindWord TakeKindWord(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+{
+    const LToken* token = nullptr;
+    if (!ExpectToken(tokens, ioCursor, token, kIdentifier, nullptr) &&
+        !ExpectToken(tokens, ioCursor, token, kSymbol, nullptr)) {
+        throw PatternException(kSourceFile, __LINE__, "Not a NumberElement");
+    }
+    return ClassifyKindWord(*token);
+}
+
+// A run of digits within the bytes that may be read, read as one number on the way.
+struct DigitRun {
+    const Byte* mEnd;      // just past the run
+    std::uint64_t mValue;  // what the digits say, as long as they are few enough to fit
+};
+
+// More digits than these may leave 64 bits.
+constexpr std::ptrdiff_t kMostQuickDigits = 19;
+constexpr std::ptrdiff_t kMostQuickHexDigits = 16;
+
+// limit: the most digits taken, 0 for any number. value: what the digits before it said.
+template <unsigned kRadix>
+DigitRun TakeDigits(const Byte* data, const Byte* end, std::int32_t limit, std::uint64_t value)
+{
+    if (limit != 0 && end - data > limit) end = data + limit;
+    for (; data != end; ++data) {
+        const unsigned digit = kRadix == 10 ? *data - unsigned{'0'} : HexDigitValue(*data);
+        if (digit >= kRadix) break;
+        value = value * kRadix + digit;
+    }
+    return {data, value};
+}
+
+// Powers of ten that a double holds exactly.
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// A whole number up to here is a double exactly, and so its quotient by a power of ten of the
+// table is rounded once: to the same double that atof gives.
+constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
+
+std::int32_t Clamped(std::uint64_t magnitude, bool negative)
+{
+    constexpr std::uint64_t kLargest = std::numeric_limits<std::int32_t>::max();
+    const auto clamped =
+        static_cast<std::int64_t>(std::min(magnitude, negative ? kLargest + 1 : kLargest));
+    return static_cast<std::int32_t>(negative ? -clamped : clamped);
+}
+
+}  // namespace
+
+bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
+{
+    cursor = SkipDeclaration(tokens, cursor);
+    if (tokens[cursor].mType == kNumber) ++cursor;
+    const LToken& word = tokens[cursor];
+    return (word.mType == kIdentifier || word.mType == kSymbol) && FindKindWord(word) != kKindNone;
+}
+
+NumberElement::NumberElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+{
+    ParseDeclaration(tokens, ioCursor);
+    mIntegerDigits = TakeOptionalNumber(tokens, ioCursor);
+    const KindWord kind = TakeKindWord(tokens, ioCursor);
+    mDecimalPoint = kind == kKindPoint;
+    mHex = kind == kKindHex;
+    mFractionDigits = mDecimalPoint ? TakeOptionalNumber(tokens, ioCursor) : 0;
+    if (mDecimalPoint && TakeKindWord(tokens, ioCursor) != kKindDigit) {
+        throw PatternException(kSourceFile, __LINE__, "Not a NumberElement");
+    }
+}
+
+void NumberElement::Dump(std::FILE* stream) const
+{
+    std::fprintf(stream, "%c ", BinaryMark());
+    std::fprintf(stream, "NUMBER     %i.%i decimal_point=%s hex=%s %s\n", mIntegerDigits,
+                 mFractionDigits, mDecimalPoint ? "true" : "false", mHex ? "true" : "false",
+                 mParameter.TypedName().c_str());
+}
+
+const Byte* NumberElement::Match(const Byte* data, std::uint32_t length)
+{
+    return mHex ? MatchHex(data, length) : MatchDecimal(data, length);
+}
+
+const Byte* NumberElement::MatchHex(const Byte* data, std::uint32_t length)
+{
+    const DigitRun run = TakeDigits<16>(data, data + length, mIntegerDigits, 0);
+    const std::ptrdiff_t digits = run.mEnd - data;
+    if (digits == 0) return nullptr;
+    switch (mParameter.mType) {
+        case kTypeNone: return run.mEnd;
+        case kTypeString: break;
+        case kTypeFloat:
+        case kTypeLInteger:
+        case kTypeBInteger:
+            if (digits > kMostQuickHexDigits) break;
+            mParameter.SetIntegerValue(static_cast<std::uint32_t>(Clamped(run.mValue, false)));
+            return run.mEnd;
+    }
+    mParameter.SetTextValue(data, static_cast<std::uint32_t>(digits), true);
+    return run.mEnd;
+}
+
+const Byte* NumberElement::MatchDecimal(const Byte* data, std::uint32_t length)
+{
+    const Byte* const end = data + length;
+    const bool negative = length != 0 && *data == '-';
+    const bool hasSign = negative || (length != 0 && *data == '+');
+    const Byte* const digits = data + (hasSign ? 1 : 0);
+
+    const DigitRun whole = TakeDigits<10>(digits, end, mIntegerDigits, 0);
+    DigitRun all = whole;
+    std::ptrdiff_t fractionDigits = 0;
+    if (mDecimalPoint && whole.mEnd != end && *whole.mEnd == '.') {
+        const Byte* const fraction = whole.mEnd + 1;
+        all = TakeDigits<10>(fraction, end, mFractionDigits, whole.mValue);
+        fractionDigits = all.mEnd - fraction;
+    }
+    if (all.mEnd == data) return nullptr;
+
+    const std::ptrdiff_t wholeDigits = whole.mEnd - digits;
+    switch (mParameter.mType) {
+        case kTypeNone: return all.mEnd;
+        case kTypeString: break;
+        case kTypeFloat:
+            if (wholeDigits + fractionDigits > kMostQuickDigits || all.mValue > kLargestExact)
+                break;
+            mParameter.mFloatValue = static_cast<double>(all.mValue) / kPowersOfTen[fractionDigits];
+            // Without any digit there is no number, and so no negative zero either.
+            if (negative && wholeDigits + fractionDigits != 0) {
+                mParameter.mFloatValue = -mParameter.mFloatValue;
+            }
+            return all.mEnd;
+        case kTypeLInteger:
+        case kTypeBInteger:
+            if (wholeDigits > kMostQuickDigits) break;
+            mParameter.mIntValue = Clamped(whole.mValue, negative);
+            return all.mEnd;
+    }
+    mParameter.SetTextValue(data, static_cast<std::uint32_t>(all.mEnd - data), false);
+    return all.mEnd;
+}
+
+}  // namespace NPattern

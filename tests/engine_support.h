@@ -1,0 +1,96 @@
+// What the tests of the engine share.
+
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Common/Pattern/pattern_element.h"
+
+// A text that may hold NUL bytes.
+using namespace std::string_literals;
+
+// A message in a heap block of exactly its length, so that a byte read too far is caught.
+class Message {
+  public:
+    explicit Message(std::string_view text)
+        : mBytes(new NPattern::Byte[text.size()]), mLength(static_cast<std::uint32_t>(text.size()))
+    {
+        std::copy(text.begin(), text.end(), mBytes.get());
+    }
+    const NPattern::Byte* Data() const { return mBytes.get(); }
+    std::uint32_t Length() const { return mLength; }
+    std::string From(const NPattern::Byte* start) const
+    {
+        return {start, static_cast<const NPattern::Byte*>(mBytes.get()) + mLength};
+    }
+
+  private:
+    std::unique_ptr<NPattern::Byte[]> mBytes;
+    std::uint32_t mLength;
+};
+
+// "t=23.5 h=41" with strings in quotes: the captures in their order.
+inline std::string Show(const std::vector<NPattern::Parameter>& parameters)
+{
+    std::ostringstream text;
+    text.precision(17);
+    for (const NPattern::Parameter& parameter : parameters) {
+        text << (text.tellp() > 0 ? " " : "") << parameter.mName << '=';
+        switch (parameter.mType) {
+            case NPattern::kTypeString: text << '"' << parameter.mStringValue << '"'; break;
+            case NPattern::kTypeFloat: text << parameter.mFloatValue; break;
+            default: text << parameter.mIntValue; break;
+        }
+    }
+    return text.str();
+}
+
+// The captures and, behind " | ", the bytes left; "no match" without one.
+inline std::string MatchResult(NPattern::Pattern& pattern, std::string_view text)
+{
+    const Message message(text);
+    const NPattern::Byte* const rest = pattern.Match(message.Data(), message.Length());
+    if (rest == nullptr) return "no match";
+    std::vector<NPattern::Parameter> parameters;
+    pattern.CollectParameters(parameters);
+    return Show(parameters) + " | " + message.From(rest);
+}
+
+// What the elements dump, with the 16 rows of a set of bytes put as ranges: "{41-5A 61}".
+inline std::string DumpOf(const std::string& parseString)
+{
+    std::FILE* const file = std::tmpfile();
+    for (const auto& element : NPattern::CompileElements(parseString)) element->Dump(file);
+    std::rewind(file);
+    std::string dump;
+    std::vector<bool> members;
+    for (char line[256]; std::fgets(line, sizeof line, file) != nullptr;) {
+        if (std::string_view(line).substr(0, 13) != "           { ") {
+            dump += line;
+            continue;
+        }
+        for (int cell = 0; cell < 16; ++cell) members.push_back(line[13 + cell * 3] != '-');
+        if (members.size() < 256) continue;
+        dump.back() = '{';
+        for (int b = 0; b < 256; ++b) {
+            if (!members[static_cast<std::size_t>(b)]) continue;
+            int last = b;
+            while (last < 255 && members[static_cast<std::size_t>(last + 1)]) ++last;
+            char range[16];
+            std::snprintf(range, sizeof range, last > b ? " %02X-%02X" : " %02X", b, last);
+            dump += range;
+            b = last;
+        }
+        dump += " }\n";
+        members.clear();
+    }
+    std::fclose(file);
+    return dump;
+}

@@ -1,0 +1,206 @@
+// Conversions to typed values, held against those of the C library in the "C" locale.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <random>
+
+#include "engine_support.h"
+
+using namespace NPattern;
+
+namespace {
+
+Parameter OfType(ParameterType type)
+{
+    Parameter parameter;
+    parameter.mType = type;
+    return parameter;
+}
+
+double FloatOf(const std::string& text)
+{
+    Parameter parameter = OfType(kTypeFloat);
+    const Message message(text);
+    parameter.SetTextValue(message.Data(), message.Length(), false);
+    return parameter.mFloatValue;
+}
+
+int IntegerOf(const std::string& text, bool hex)
+{
+    Parameter parameter = OfType(kTypeBInteger);
+    const Message message(text);
+    parameter.SetTextValue(message.Data(), message.Length(), hex);
+    return parameter.mIntValue;
+}
+
+void ExpectSameDouble(const std::string& text)
+{
+    const double expected = std::strtod(text.c_str(), nullptr);
+    const double found = FloatOf(text);
+    if (std::isnan(expected)) {
+        EXPECT_TRUE(std::isnan(found)) << text;
+    } else {
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(found), std::bit_cast<std::uint64_t>(expected))
+            << text;
+    }
+}
+
+TEST(Parameter, FloatsAreThoseOfTheCLibrary)
+{
+    for (const char* text : {" \t\n\v\f\r+1.5x",
+                             "-.5",
+                             "1.",
+                             ".",
+                             "-",
+                             "--1",
+                             "+-1",
+                             "1e",
+                             "1e+",
+                             "1e5",
+                             "1E-5",
+                             "1e400",
+                             "-1e400",
+                             "1e-400",
+                             "-1e-400",
+                             "4.9e-324",
+                             "2.4e-324",
+                             "2.2250738585072011e-308",
+                             "1e99999999999999999999",
+                             "1e-99999999999999999999",
+                             "0e99999",
+                             "0x",
+                             "0x.",
+                             "0x.8",
+                             "0x1.8p3",
+                             "-0X1p-1074",
+                             "0x1p-1076",
+                             "0x1p5000",
+                             "0x1.fffffffffffff8p0",
+                             "0xg",
+                             "inf",
+                             "-INFINITY",
+                             "infinit",
+                             "nan",
+                             "-nan",
+                             "nan(12)",
+                             "1 2",
+                             "abc",
+                             "1,5"}) {
+        ExpectSameDouble(text);
+    }
+    ExpectSameDouble(std::string(400, '9'));
+    ExpectSameDouble("0." + std::string(400, '0') + "1");
+    ExpectSameDouble("0." + std::string(400, '0') + "1e400");
+
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 20000; ++i) {
+        char text[64];
+        const auto bits = std::bit_cast<double>(random());
+        std::snprintf(text, sizeof text, i % 2 == 0 ? "%.*g" : "%.*a", static_cast<int>(i % 20),
+                      bits);
+        ExpectSameDouble(text);
+    }
+}
+
+// The quick way of a number element and the exact way give the same bits.
+TEST(Parameter, NumbersConvertedWhileScannedAreTheSame)
+{
+    Pattern pattern;
+    pattern.SetPatternString("f:float=.#");
+    std::mt19937_64 random(2);
+    std::vector<Parameter> parameters;
+    for (int i = 0; i < 50000; ++i) {
+        std::string text = std::to_string(random() >> random() % 64);
+        text.insert(text.begin() + static_cast<std::ptrdiff_t>(random() % (text.size() + 1)), '.');
+        if (i % 3 == 0) text.insert(text.begin(), '-');
+        const Message message(text);
+        ASSERT_NE(pattern.Match(message.Data(), message.Length()), nullptr);
+        pattern.CollectParameters(parameters);
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(parameters[0].mFloatValue),
+                  std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)))
+            << text;
+    }
+}
+
+TEST(Parameter, IntegersAreClampedTo32Bits)
+{
+    for (const bool hex : {false, true}) {
+        for (const char* text :
+             {"12", " \r\n-7", "+", "-", "0x1F", "0x", "0xG", "-0x80000001", "ff", "2147483648",
+              "-2147483649", "99999999999999999999", "7fffffff", "FFFFFFFF", "12abc", "-+1", ""}) {
+            // strtol gives 64 bits here; what is asked for is the nearest 32-bit value.
+            const long value = std::strtol(text, nullptr, hex ? 16 : 10);
+            const long expected = std::min(std::max(value, long{INT_MIN}), long{INT_MAX});
+            EXPECT_EQ(IntegerOf(text + "\0 9"s, hex), expected) << text << (hex ? " hex" : "");
+        }
+    }
+}
+
+TEST(Parameter, TextEndsAtItsLengthOrItsNul)
+{
+    const Message message("12\0.5"s);
+    Parameter parameter = OfType(kTypeString);
+    parameter.SetTextValue(message.Data(), 4, false);
+    EXPECT_EQ(parameter.mStringValue, "12\0."s);
+    parameter.SetTextValue(message.Data(), 0, true);
+    EXPECT_EQ(parameter.mStringValue, "12");
+    Parameter hex = OfType(kTypeFloat);
+    hex.SetTextValue(message.Data(), 0, true);
+    EXPECT_EQ(hex.mFloatValue, 18.0);
+    Parameter none;
+    none.SetTextValue(message.Data(), 0, false);
+    none.SetIntegerValue(5);
+    EXPECT_EQ(none.mIntValue, 0);
+}
+
+TEST(Parameter, IntegersGoIntoEveryType)
+{
+    Parameter text = OfType(kTypeString);
+    text.SetIntegerValue(0xFFFFFFFE);
+    EXPECT_EQ(text.mStringValue, "-2");
+    Parameter number = OfType(kTypeFloat);
+    number.SetIntegerValue(0x80000000);
+    EXPECT_EQ(number.mFloatValue, -2147483648.0);
+    Parameter integer = OfType(kTypeBInteger);
+    integer.SetIntegerValue(0x80000000);
+    EXPECT_EQ(integer.mIntValue, INT_MIN);
+}
+
+// A host may set any locale: one with a decimal comma, one with other letters and another i.
+class InLocale : public testing::TestWithParam<const char*> {};
+
+TEST_P(InLocale, EveryResultIsTheSame)
+{
+    ASSERT_NE(std::setlocale(LC_ALL, GetParam()), nullptr);
+    char formatted[16];
+    std::snprintf(formatted, sizeof formatted, "%.1f", 1.5);
+    EXPECT_STREQ(formatted, "1,5") << "the locale isn't in force";
+
+    EXPECT_EQ(FloatOf("1.5"), 1.5);
+    EXPECT_EQ(FloatOf("1,5"), 1.0);
+    EXPECT_EQ(FloatOf("12345678901234567890.5e-3"), 12345678901234567.8905);
+    Pattern pattern;
+    pattern.SetPatternString("n:FLOAT=.DIGITS \"i\xFD\" s:STRING=LETTERS eol");
+    EXPECT_EQ(MatchResult(pattern,
+                          "2.5I\xFD"
+                          "a\xFD\n"),
+              "n=2.5 s=\"a\" | ");
+    EXPECT_EQ(MatchResult(pattern,
+                          "2.5\xDD\xFD"
+                          "a\n"),
+              "no match");
+    EXPECT_EQ(MatchResult(pattern,
+                          "2.5i\xDD"
+                          "a\n"),
+              "no match");
+    EXPECT_THROW(pattern.SetPatternString("\xFD"), PatternSyntaxException);
+    std::setlocale(LC_ALL, "C");
+}
+
+INSTANTIATE_TEST_SUITE_P(Parameter, InLocale, testing::Values("de_DE", "tr_TR"));
+
+}  // namespace

@@ -1,0 +1,252 @@
+// What a parsing string compiles to, and how it fails.
+
+#include <gtest/gtest.h>
+
+#include "engine_support.h"
+
+using namespace NPattern;
+
+namespace {
+
+struct DumpRow {
+    const char* mPattern;
+    const char* mDump;
+};
+
+constexpr char kNoSpace[] = "T WHITESPACE\n";
+
+TEST(Compile, DumpsWhatItCompiled)
+{
+    const DumpRow rows[] = {
+        {"", ""},
+        {" \t\r\n", ""},
+        // Text elements, and the white space between them.
+        {"\"a?\\?\\n\"", "T STRING     \"a\a?\n\" case-sensitive=false \n"},
+        {"'\"\\'\\q'", "T STRING     \"\"'q\" case-sensitive=true \n"},
+        {"\"a\"\"b\"",
+         "T STRING     \"a\" case-sensitive=false \nB WHITESPACE\n"
+         "T STRING     \"b\" case-sensitive=false \n"},
+        {"(0-7)'a'EOL",
+         "B BITFIELD   big-endian 1-bytes\n              (0 - 7) ':LINTEGER'\n"
+         "T STRING     \"a\" case-sensitive=true \nB WHITESPACE\nT EOL        \n"},
+        // Headers: any beginning of a type word, in any case.
+        {"n:s='a'", "T STRING     \"a\" case-sensitive=true n:STRING\n"},
+        {"Name_1:STRING=eol", "T EOL        Name_1:STRING\n"},
+        {"x:f=#", "T NUMBER     0.0 decimal_point=false hex=false x:FLOAT\n"},
+        {"x:i=#", "T NUMBER     0.0 decimal_point=false hex=false x:LINTEGER\n"},
+        {"x:li=#", "T NUMBER     0.0 decimal_point=false hex=false x:LINTEGER\n"},
+        {"x:Bint=#", "T NUMBER     0.0 decimal_point=false hex=false x:BINTEGER\n"},
+        // Numbers.
+        {"3 digits", "T NUMBER     3.0 decimal_point=false hex=false \n"},
+        {"4X", "T NUMBER     4.0 decimal_point=false hex=true \n"},
+        {"3 . 2 digit", "T NUMBER     3.2 decimal_point=true hex=false \n"},
+        {".0#", "T NUMBER     0.0 decimal_point=true hex=false \n"},
+        {"#.#",
+         "T NUMBER     0.0 decimal_point=false hex=false \nB WHITESPACE\n"
+         "T NUMBER     0.0 decimal_point=true hex=false \n"},
+        {"99999999999 #", "T NUMBER     2147483647.0 decimal_point=false hex=false \n"},
+        // Classes, character sets, byte sets.
+        {"bytes", "B BYTESET    length=1 { 00-FF }\n"},
+        {"4?", "B BYTESET    length=4 { 00-FF }\n"},
+        {"3 LETTERS", "T BYTESET    length=3 { 41-5A 61-7A }\n"},
+        {"a", "T BYTESET    length=0 { 41-5A 61-7A }\n"},
+        {"c", "T BYTESET    length=0 { 21-7E }\n"},
+        {"[-a]", "T BYTESET    length=0 { 2D 61 }\n"},
+        {"[^-a]", "B BYTESET    length=0 { 00-2C 2E-60 62-FF }\n"},
+        {"[a^]", "T BYTESET    length=0 { 5E 61 }\n"},
+        {"[^^]", "B BYTESET    length=0 { 00-5D 5F-FF }\n"},
+        {"[e-a]", "T BYTESET    length=0 { 61-65 }\n"},
+        {"[a-e-g]", "T BYTESET    length=0 { 2D 61-65 67 }\n"},
+        {"[+--]", "T BYTESET    length=0 { 2B-2D }\n"},
+        {"[Z-^]", "T BYTESET    length=0 { 5A-5E }\n"},
+        {"[\\]\\^\\-]", "T BYTESET    length=0 { 2D 5D-5E }\n"},
+        {"[\\n-\\r]", "B BYTESET    length=0 { 0A-0D }\n"},
+        {"[a\r\nb]", "T BYTESET    length=0 { 61-62 }\n"},
+        {"[ [a]", "B BYTESET    length=0 { 20 5B 61 }\n"},
+        {"[[a] ]", "T BYTESET    length=1 { 61 }\n"},
+        {"[a}bc]", "T BYTESET    length=0 { 61-62 7D }\n"},
+        {"[a{41}z]", "T BYTESET    length=0 { 34 61 7A-7B 7D }\n"},
+        {"n:string={41,0d 5A-50}", "B BYTESET    length=0 n:STRING{ 0D 41 50-5A }\n"},
+        {"{^00-1F}", "B BYTESET    length=0 { 20-FF }\n"},
+        {"{41 { 42}", "B BYTESET    length=0 { 00 41-42 }\n"},
+        {"{ {41} }", "B BYTESET    length=1 { 41 }\n"},
+        // Bit fields.
+        {"(a=7-0, x 8-8,9-19):l",
+         "B BITFIELD   little-endian 3-bytes\n              (0 - 7) 'a:LINTEGER'\n"
+         "              (8 - 8) ':LINTEGER'\n              (9 - 19) ':LINTEGER'\n"},
+        {"(4-35):B", "B BITFIELD   big-endian 5-bytes\n              (4 - 35) ':LINTEGER'\n"},
+        {"(2147483647-2147483647)",
+         "B BITFIELD   big-endian 268435456-bytes\n"
+         "              (2147483647 - 2147483647) ':LINTEGER'\n"},
+    };
+    for (const DumpRow& row : rows) EXPECT_EQ(DumpOf(row.mPattern), row.mDump) << row.mPattern;
+    EXPECT_EQ(DumpOf("eol [ ] # {20} #").find(kNoSpace), std::string::npos);
+}
+
+struct ErrorRow {
+    std::string mPattern;
+    const char* mMessage;
+    int mPosition;
+    std::string mOffendingText;
+};
+
+TEST(Compile, TellsTheErrorAndItsPlace)
+{
+    const ErrorRow rows[] = {
+        // The lexer: two ahead of the cursor, and the byte under it.
+        {"!", "Unexpected character '!'", -1, "\0"s},
+        {"foo bar !", "Unexpected character '!'", 7, "\0"s},
+        {"abc ! def", "Unexpected character '!'", 3, " "},
+        {"\\", "Unexpected character '\\'", -1, "\0"s},
+        {"\"a\" \xE9", "Unexpected character '\xE9'", 3, "\0"s},
+        {"'abc", "Unmatched ' quote", 2, "\0"s},
+        {"\"abc\\", "Unmatched \" quote", 3, "\0"s},
+        {"\"\"", "Quoted strings can't be empty", -1, "\""},
+        {"[abc", "End of input in character set", 2, "\0"s},
+        {"[a\n", "End of input in character set", 1, "\0"s},
+        {"[a\\", "End of input in escape sequence", 1, "\0"s},
+        {"{41", "End of input in character set", 1, "\0"s},
+        {"{41]", "Unexpected character ']'", 2, "\0"s},
+        {"{0A0D}", "Invalid byte value", 3, "}"},
+        {"{123}", "Invalid byte value", 2, "}"},
+        {"{1}", "Invalid byte value", 0, "}"},
+        {"[a{z]", "Unexpected character 'z'", 2, "]"},
+        // The first token of the element that no form can read.
+        {"foo bar", "Syntax error at 'foo'", 0, "foo"},
+        {"\"abc\" )", "Syntax error at ')'", 6, ")"},
+        {"n:strings='a'", "Syntax error at 'n'", 0, "n"},
+        {"'a' n:string=", "Syntax error at 'n'", 4, "n"},
+        {"n:integer=(1-2)", "Syntax error at 'n'", 0, "n"},
+        {"n:string", "Syntax error at 'n'", 0, "n"},
+        {"a:string", "Syntax error at ':'", 1, ":"},
+        {"eols", "Syntax error at 'eols'", 0, "eols"},
+        {"3", "Syntax error at '3'", 0, "3"},
+        {"3 'a'", "Syntax error at '3'", 0, "3"},
+        {"3.x", "Syntax error at '3'", 0, "3"},
+        {". .", "Syntax error at '.'", 0, "."},
+        {".", "Syntax error at '.'", 0, "."},
+        {"x4", "Syntax error at 'x4'", 0, "x4"},
+        {"0 chars", "Syntax error at '0'", 0, "0"},
+        {"4 [a]", "Syntax error at '4'", 0, "4"},
+        {"[a-]", "Syntax error at '['", 0, "["},
+        {"'x'[]", "Syntax error at '['", 3, "["},
+        {"[^]", "Syntax error at '['", 0, "["},
+        {"[[a]", "Syntax error at '['", 0, "["},
+        {"[a}", "Syntax error at '['", 0, "["},
+        {"{-41}", "Syntax error at '{'", 0, "{"},
+        {"{41 ^}", "Syntax error at '{'", 0, "{"},
+        {"{41-}", "Syntax error at '{'", 0, "{"},
+        {"{41-42-43}", "Syntax error at '{'", 0, "{"},
+        {"{}", "Syntax error at '{'", 0, "{"},
+        {"{^}", "Syntax error at '{'", 0, "{"},
+        {"()", "Syntax error at '('", 0, "("},
+        {"(1)", "Syntax error at '('", 0, "("},
+        {"(1-)", "Syntax error at '('", 0, "("},
+        {"(a=1)", "Syntax error at '('", 0, "("},
+        {"(1-2,)", "Syntax error at '('", 0, "("},
+        {"(1-2 3-4)", "Syntax error at '('", 0, "("},
+        {"(1-2", "Syntax error at '('", 0, "("},
+        {"(1-2):X", "Syntax error at '('", 0, "("},
+        {"(1-2):", "Syntax error at '('", 0, "("},
+        {"(0-32)", "Syntax error at '('", 0, "("},
+    };
+    for (const ErrorRow& row : rows) {
+        Pattern pattern;
+        pattern.SetPatternString("'x'");
+        try {
+            pattern.SetPatternString(row.mPattern);
+            ADD_FAILURE() << row.mPattern << " compiled";
+        } catch (const PatternSyntaxException& error) {
+            EXPECT_EQ(error.mMessage, row.mMessage) << row.mPattern;
+            EXPECT_EQ(error.mPosition, row.mPosition) << row.mPattern;
+            EXPECT_EQ(error.mOffendingText, row.mOffendingText) << row.mPattern;
+            const bool atToken = error.mMessage.find("Syntax") == 0;
+            EXPECT_EQ(error.mFile, atToken ? "pattern_element.cpp" : "pattern_ltoken.cpp");
+        }
+        EXPECT_EQ(MatchResult(pattern, "x"), "no match") << "left behind by " << row.mPattern;
+    }
+}
+
+TEST(Compile, ErrorsSpeakInFull)
+{
+    try {
+        Pattern().SetPatternString("foo bar");
+        FAIL();
+    } catch (const PatternException& error) {
+        EXPECT_EQ(error.Message(), "Syntax error at character 0 (foo): Syntax error at 'foo'.");
+    }
+    const PatternSyntaxException atCursor("f", 7, "!", 1, -2, "%s", "text");
+    EXPECT_EQ(atCursor.Message(), "Syntax error at character -1 (): text.");
+    EXPECT_EQ(atCursor.mLine, 7);
+
+    const std::string longText(3000, 'x');
+    const PatternException cut(nullptr, 1, "%s", longText.c_str());
+    EXPECT_EQ(cut.mFile, "<unknown>");
+    EXPECT_EQ(cut.mMessage, longText.substr(0, 2048));
+    EXPECT_EQ(PatternSyntaxException("f", 1, 5, "t", "%s", longText.c_str()).Message().size(),
+              2048U);
+    const char* const noFormat = nullptr;
+    EXPECT_EQ(PatternException("f", 1, noFormat).mMessage, "Unknown error");
+}
+
+TEST(Compile, TokensCarryWhatTheyAre)
+{
+    std::vector<LToken> tokens;
+    Tokenize(tokens, " 10digits [\\n] {0A}");
+    ASSERT_EQ(tokens.size(), 9U);
+    EXPECT_EQ(tokens[0].mType, kNumber);
+    EXPECT_EQ(tokens[0].mValue, 10);
+    EXPECT_EQ(tokens[0].mPosition, 1);
+    EXPECT_EQ(tokens[1].mType, kIdentifier);
+    EXPECT_EQ(tokens[1].mText, "digits");
+    EXPECT_EQ(tokens[3].mType, kSymbol);
+    EXPECT_TRUE(tokens[3].mEscaped);
+    EXPECT_EQ(tokens[3].mChar, 'n');
+    EXPECT_EQ(tokens[3].mPosition, 11);
+    EXPECT_EQ(tokens[6].mType, kHexByte);
+    EXPECT_EQ(tokens[6].mChar, 10);
+    EXPECT_EQ(tokens[6].mText, "0A");
+    EXPECT_EQ(tokens[8].mType, kEnd);
+}
+
+// Every string of a few tokens of the language, against a few messages: nothing may go wrong, and a
+// match must end inside its message. The sanitizers look on.
+TEST(Compile, SurvivesEveryShortString)
+{
+    const std::string_view pieces[] = {
+        "a",  "x",          "n:i=", "n:s=", "'", "\"", "[", "]", "{", "}", "^",  "-",   "0",
+        "41", "9999999999", "(",    ")",    ",", ":",  "=", ".", "#", "?", "\\", "eol", " "};
+    const Message messages[] = {Message(""), Message("a"), Message("-4.1"), Message("A\0\n)"s)};
+    std::size_t compiled = 0;
+    std::size_t tried = 0;
+    const auto attempt = [&](const std::string& parseString) {
+        Pattern pattern;
+        ++tried;
+        try {
+            pattern.SetPatternString(parseString);
+        } catch (const PatternException&) {
+            return;
+        }
+        ++compiled;
+        for (const Message& message : messages) {
+            const Byte* const rest = pattern.Match(message.Data(), message.Length());
+            if (rest == nullptr) continue;
+            ASSERT_GE(rest, message.Data());
+            ASSERT_LE(rest, message.Data() + message.Length());
+        }
+    };
+    for (const auto first : pieces) {
+        for (const auto second : pieces) {
+            for (const auto third : pieces) {
+                const std::string start = std::string(first).append(second).append(third);
+                attempt(start);
+                for (const auto fourth : {"]", "}", ")", "41", "#", "'", "-"})
+                    attempt(start + fourth);
+            }
+        }
+    }
+    EXPECT_GT(compiled, tried / 50);
+    EXPECT_LT(compiled, tried);
+}
+
+}  // namespace
