@@ -1,0 +1,28 @@
+// The built plug-in, opened as the real host opens it: with the dynamic loader, and nothing linked.
+
+#pragma once
+
+#include <string>
+
+#include "stand_in_host.h"
+
+namespace NStandIn {
+
+// Keeps the module loaded for as long as it lives.
+class PluginModule {
+  public:
+    // path: of the module, UTF-8 on Windows. Throws std::runtime_error, with the loader's word on
+    // it, if the module can't be loaded whole or lacks its export.
+    explicit PluginModule(const std::string& path);
+    PluginModule(const PluginModule&) = delete;
+    PluginModule& operator=(const PluginModule&) = delete;
+    ~PluginModule();
+
+    GetActorInfoFunction GetActorInfo() const { return mGetActorInfo; }
+
+  private:
+    void* mHandle;
+    GetActorInfoFunction mGetActorInfo;
+};
+
+}  // namespace NStandIn

@@ -1,0 +1,229 @@
+// Plays the host where the real one is not: for the tests, for the fuzzer and for sift.
+
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "actor/actor_info.h"
+#include "actor/host_interface.h"
+
+namespace NStandIn {
+
+using GetActorInfoFunction = void (*)(void*, NActor::ActorInfo*);
+
+inline constexpr NActor::PropertyKind kPropertyActor = 0;  // a help text of the actor itself
+inline constexpr NActor::PropertyKind kPropertyInput = 1;
+
+// The operations of HostCallbacks, in the order of the table.
+enum Operation {
+    kGetInputValue,
+    kSetOutputValue,
+    kPropertyHelpIndex,
+    kAddProperty,
+    kRemoveProperty,
+    kGetPropertyCount,
+    kAllocateBlock,
+    kReleaseBlock,
+    kRunTextDialog,
+    kReportAssertion,
+    kLoadIconRecord,
+    kDrawIconRecord,
+    kMakeStringValue,
+    kReleaseStringValue,
+    kChangeProperty,
+    kNewTextHandle,
+    kDisposeTextHandle,
+    kTextHandleSize,
+    kLockTextHandle,
+    kUnlockTextHandle,
+    kOperationCount
+};
+
+// A value as the host keeps it, with a text of its own.
+struct Value {
+    NActor::HostValue mBits;  // of a string only the tag counts
+    std::string mText;        // of a string
+
+    std::int64_t Integer() const { return static_cast<std::int64_t>(mBits.mPayload); }
+    double Float() const { return std::bit_cast<double>(mBits.mPayload); }
+};
+
+struct Property {
+    std::string mName;
+    std::string mId;  // four characters
+    std::uint32_t mFirstFlags = 0;
+    std::uint32_t mSecondFlags = 0;
+    Value mMinimum;
+    Value mMaximum;
+    Value mInitial;
+    Value mValue;
+};
+
+struct Assertion {
+    std::string mText;
+    std::string mDisplayName;
+    std::int32_t mLine;
+};
+
+// What a check of the text in the dialog gave.
+struct Validation {
+    bool mGood;
+    std::string mMessage;  // cut to the buffer that the dialog has
+    std::int32_t mStart;   // kUnset where the actor left it
+    std::int32_t mEnd;
+    static constexpr std::int32_t kUnset = -12345;
+};
+
+// The text dialog while it is open, in the hands of a script.
+class Dialog {
+  public:
+    Dialog(std::string& text, std::function<Validation(std::int32_t)> validate)
+        : mText(text), mValidate(std::move(validate))
+    {
+    }
+    const std::string& Text() const { return mText; }
+    void SetText(std::string text) { mText = std::move(text); }
+    // errorSize: of the actor's error buffer, in bytes.
+    Validation Validate(std::int32_t errorSize = 2049) const { return mValidate(errorSize); }
+
+  private:
+    std::string& mText;
+    std::function<Validation(std::int32_t)> mValidate;
+};
+
+class StandInHost;
+
+// One instance of the actor, and what the host does to it. Belongs to its StandInHost.
+class Instance {
+  public:
+    // Not created yet as far as the actor is concerned: StandInHost::CreateInstance does both.
+    explicit Instance(StandInHost& host);
+    Instance(const Instance&) = delete;
+    Instance& operator=(const Instance&) = delete;
+    ~Instance();
+
+    void SetState(std::string_view bytes);
+    void SetDefaultState();
+    std::string State(std::uint32_t capacity = 0xFFFFFFFF);
+
+    void SetEomChar(std::uint8_t eomChar);
+    // Makes text, up to its first NUL, the value of the input, in place of the one before, whose
+    // memory is gone from then on; then tells the actor.
+    void Deliver(std::string_view text);
+    // Tells the actor of an input with the value given, which may be null.
+    void Notify(std::uint16_t input, const NActor::HostValue* value);
+
+    // Double click; the dialog is run by the host's script. Gives the changed flag.
+    bool DoubleClick();
+
+    // Asks for a help text in a buffer of so many bytes, and gives the whole buffer.
+    std::string Help(NActor::PropertyKind kind, std::uint16_t number, std::uint32_t size);
+
+    std::array<std::uint16_t, 4> IconSize(void* host);
+    void DrawIcon(void* host, std::uint16_t part, NActor::HostWord place, std::uint8_t state);
+
+    // Calls DisposeCallback; harmless when called again.
+    void Dispose();
+
+    NActor::ActorInfo& Info() { return mInfo; }
+    const std::vector<Property>& Outputs() const { return mOutputs; }  // output 1 first
+
+  private:
+    friend class StandInHost;
+    friend struct HostOperations;
+
+    // Replaces the text that stands on the input.
+    void SetInputText(std::string_view text);
+
+    NActor::ActorInfo mInfo;
+    bool mDisposed = false;
+    std::vector<Property> mInputs;
+    std::vector<Property> mOutputs;
+    std::unique_ptr<unsigned char[]> mInputString;  // a HostString
+    std::unique_ptr<NActor::HostValue> mInputValue;
+};
+
+// Provides all twenty operations, and keeps accounts of what the actor does with them: properties,
+// blocks, text handles and their locks, string values, reports. It is a hostile host: each callback
+// gets a context and a table that are gone when it returns, records come filled with a pattern,
+// blocks have exactly their size, and a text moves whenever it is locked.
+//
+// The operations carry no reference to their host, so there is one at a time, on one thread. The
+// host must outlive what it hands out; no operation throws unless a hook of the caller's does.
+class StandInHost {
+  public:
+    // Calls GetActorInfo, once.
+    explicit StandInHost(GetActorInfoFunction getActorInfo);
+    StandInHost(const StandInHost&) = delete;
+    StandInHost& operator=(const StandInHost&) = delete;
+    ~StandInHost();
+
+    // Makes an instance and calls its CreateCallback. It lives as long as this host.
+    Instance& CreateInstance();
+
+    // Asked at the start of each operation whether it is to fail; may call back into the actor.
+    // An operation that gives an error gives one, one that gives a pointer null, one that gives
+    // nothing does nothing; but a report is always taken, and what is given back is always taken.
+    std::function<bool(Operation)> mHook;
+    // Told of each output that was set, once it has its value.
+    std::function<void(Instance&, std::uint16_t output)> mOutputListener;
+    // The user at the dialog: gives whether the text is accepted. Without one it is cancelled.
+    std::function<bool(Dialog&)> mDialogScript;
+    // A count that GetPropertyCount gives in place of the true one; below 0 counts too.
+    const std::int32_t* mClaimedOutputCount = nullptr;
+
+    // From here on one line for each operation, its name and what tells it apart.
+    void StartLog();
+    const std::vector<std::string>& Log() const { return mLog; }
+
+    const std::vector<Assertion>& Assertions() const { return mAssertions; }
+    void ClearAssertions() { mAssertions.clear(); }
+
+    // What the actor did wrong so far.
+    const std::vector<std::string>& Violations() const { return mViolations; }
+    // Disposes of all instances, and gives what the actor did wrong, things not given back
+    // included.
+    std::vector<std::string> Close();
+
+    // The actor's icon, once it has been asked for; null before.
+    NActor::IconRecord* Icon() const { return mIcon; }
+
+    // Whether an operation of the host is running: what goes on then isn't the actor's work.
+    static bool IsInsideOperation();
+
+  private:
+    friend class Instance;
+    friend struct HostOperations;
+
+    struct TextHandle {
+        std::string mBytes;
+        std::unique_ptr<unsigned char[]> mLocked;  // the bytes while they are locked
+        int mLocks = 0;
+    };
+
+    NActor::ActorInfo mActorTemplate;
+    std::vector<Property> mInputs;  // as the definition string has them
+    std::vector<Property> mOutputs;
+    std::vector<std::unique_ptr<Instance>> mInstances;
+
+    std::map<void*, std::uint32_t> mBlocks;  // sizes
+    std::map<NActor::HostTextHandle*, TextHandle> mTextHandles;
+    std::map<std::uint64_t, std::string> mStringValues;  // by payload
+    NActor::IconRecord* mIcon = nullptr;
+
+    bool mLogging = false;
+    std::vector<std::string> mLog;
+    std::vector<Assertion> mAssertions;
+    std::vector<std::string> mViolations;
+};
+
+}  // namespace NStandIn

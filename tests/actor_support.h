@@ -1,0 +1,69 @@
+// What the tests of the shell share.
+
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "actor/actor_info.h"
+#include "standin/stand_in_host.h"
+
+using namespace std::string_literals;
+
+// A host with one instance. At the end of every test the host's accounts must balance, and nothing
+// may have been reported that the test didn't expect.
+class ActorTest : public testing::Test {
+  protected:
+    ActorTest() : mHost(GetActorInfo), mInstance(mHost.CreateInstance()) {}
+
+    void TearDown() override
+    {
+        EXPECT_EQ(Reports(), Texts());
+        EXPECT_EQ(mHost.Close(), Texts());
+    }
+
+    using Texts = std::vector<std::string>;
+
+    // The texts reported since the last call.
+    Texts Reports()
+    {
+        Texts texts;
+        for (const NStandIn::Assertion& assertion : mHost.Assertions()) {
+            EXPECT_EQ(assertion.mDisplayName, "Word Sifter");
+            EXPECT_GT(assertion.mLine, 0);
+            texts.push_back(assertion.mText);
+        }
+        mHost.ClearAssertions();
+        return texts;
+    }
+
+    // The operations of the host that work makes the actor call, in order.
+    template <typename Work>
+    Texts LogOf(Work work)
+    {
+        mHost.StartLog();
+        work();
+        return mHost.Log();
+    }
+
+    // The dynamic outputs as "id name" and the value.
+    Texts Outputs()
+    {
+        Texts texts;
+        for (std::size_t i = 1; i < mInstance.Outputs().size(); ++i) {
+            const NStandIn::Property& output = mInstance.Outputs()[i];
+            const NStandIn::Value& value = output.mValue;
+            std::string shown = value.mBits.mTag == NActor::kValueString ? value.mText
+                                : value.mBits.mTag == NActor::kValueFloat
+                                    ? std::to_string(value.Float())
+                                    : std::to_string(value.Integer());
+            texts.push_back(output.mId + " " + output.mName + " " + shown);
+        }
+        return texts;
+    }
+
+    NStandIn::StandInHost mHost;
+    NStandIn::Instance& mInstance;
+};
