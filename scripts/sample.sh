@@ -1,0 +1,17 @@
+#!/bin/sh
+# Builds the plug-in and sift on a fresh machine, and runs them over sample inputs.
+. "$(dirname "$0")/setup.sh"
+
+need_build_packages
+cmake -S . -B build/sample -G Ninja -DCMAKE_BUILD_TYPE=Release -DWORD_SIFTER_TESTS=OFF >/dev/null
+cmake --build build/sample -- --quiet
+
+# show PATTERN-FILE INPUT-FILE
+show() {
+    echo
+    echo "\$ sift -f $1 $2"
+    build/sample/bin/sift -f "$1" "$2"
+}
+show examples/nmea-any.pattern examples/nmea-any.input
+show examples/nmea-gga.pattern examples/nmea-gga.input
+show examples/sensor.pattern examples/sensor.input

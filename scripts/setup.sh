@@ -1,0 +1,29 @@
+# Sourced by the other scripts: goes to the top of the checkout, and gives need_packages, which
+# installs what isn't there yet.
+
+set -eu
+cd "$(dirname "$0")/.."
+
+# need_packages PACKAGE...: installs the Debian packages that are missing.
+need_packages() {
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        echo "This isn't Debian (no apt-get here), so nothing is installed. Please see to these" >&2
+        echo "yourself, or to what your system calls them: $*" >&2
+        return 0
+    fi
+    missing=
+    for package in "$@"; do
+        if [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing="$missing $package"
+        fi
+    done
+    [ -n "$missing" ] || return 0
+    as_root=
+    if [ "$(id -u)" -ne 0 ]; then as_root=sudo; fi
+    echo "Installing:$missing" >&2
+    # shellcheck disable=SC2086  # one word for each package
+    $as_root sh -c 'apt-get update -qq && DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$@" >/dev/null' \
+        sh $missing
+}
+
+need_build_packages() { need_packages g++ cmake ninja-build libcli11-dev; }
