@@ -108,7 +108,7 @@ std::uint32_t BitfieldElement::ValueOf(const BitfieldField& field, const Byte* d
 
 void BitfieldElement::CollectParameters(ParameterList& ioList) const
 {
-    for (const BitfieldField& field : mFields) ioList.Append(field);
+    for (const BitfieldField& field : mFields) ioList.push_back(&field);
 }
 
 }  // namespace NPattern

@@ -32,7 +32,8 @@ constexpr TypeWord kTypeWords[] = {
 // Indexed by ParameterType.
 constexpr const char* kTypeSuffixes[] = {":STRING", ":FLOAT", ":LINTEGER", ":BINTEGER"};
 
-const char* SkipSpace(const char* text, const char* end)
+template <typename Character>
+const Character* SkipSpace(const Character* text, const Character* end)
 {
     while (text != end && IsSpace(static_cast<Byte>(*text))) ++text;
     return text;
@@ -123,6 +124,22 @@ double FloatOf(const char* text, const char* end)
     return negative ? -value : value;
 }
 
+// Message after message the entry is of the same capture, and only its value is new.
+void Overwrite(Parameter& ioEntry, const Parameter& parameter)
+{
+    if (ioEntry.mType != parameter.mType || ioEntry.mName != parameter.mName) {
+        ioEntry = parameter;
+        return;
+    }
+    switch (parameter.mType) {
+        case kTypeString: ioEntry.mStringValue = parameter.mStringValue; break;
+        case kTypeFloat: ioEntry.mFloatValue = parameter.mFloatValue; break;
+        case kTypeLInteger:
+        case kTypeBInteger: ioEntry.mIntValue = parameter.mIntValue; break;
+        case kTypeNone: break;
+    }
+}
+
 template <typename Form>
 std::unique_ptr<Element> MakeElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
@@ -146,9 +163,8 @@ constexpr ElementForm kElementForms[] = {
 
 }  // namespace
 
-void Parameter::SetTextValue(const Byte* text, std::uint32_t length, bool hex)
+void Parameter::StoreText(const Byte* text, std::uint32_t length, bool hex)
 {
-    if (mType == kTypeNone) return;
     const char* const begin = reinterpret_cast<const char*>(text);
     const char* const end = begin + (length != 0 ? length : std::strlen(begin));
     switch (mType) {
@@ -232,21 +248,11 @@ TokenCursor SkipDeclaration(const std::vector<LToken>& tokens, TokenCursor curso
     return complete ? behind : cursor;
 }
 
-void ParameterList::Append(const Parameter& parameter)
-{
-    if (mCount < mEntries.size()) {
-        mEntries[mCount] = parameter;
-    } else {
-        mEntries.push_back(parameter);
-    }
-    ++mCount;
-}
-
 Element::~Element() = default;
 
 void Element::CollectParameters(ParameterList& ioList) const
 {
-    if (mParameter.mType != kTypeNone) ioList.Append(mParameter);
+    if (mParameter.mType != kTypeNone) ioList.push_back(&mParameter);
 }
 
 void Element::ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
@@ -277,7 +283,7 @@ void WhitespaceElement::Dump(std::FILE* stream) const
 
 const Byte* WhitespaceElement::Match(const Byte* data, std::uint32_t length)
 {
-    return std::find_if_not(data, data + length, IsSpace);
+    return SkipSpace(data, data + length);
 }
 
 void WhitespaceElement::CollectParameters(ParameterList& /*ioList*/) const {}
@@ -321,17 +327,31 @@ ElementList CompileElements(const std::string& parseString)
 void Pattern::SetPatternString(const std::string& parseString)
 {
     Clear();
-    mElements = CompileElements(parseString);
+    ElementList elements = CompileElements(parseString);
+    std::vector<Element*> steps;
+    ParameterList captures;
+    for (const auto& element : elements) {
+        const bool isWhitespace = dynamic_cast<WhitespaceElement*>(element.get()) != nullptr;
+        steps.push_back(isWhitespace ? nullptr : element.get());
+        element->CollectParameters(captures);
+    }
+    mElements = std::move(elements);
+    mSteps = std::move(steps);
+    mCaptures = std::move(captures);
 }
 
 const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
 {
-    if (mElements.empty()) return nullptr;
+    if (mSteps.empty()) return nullptr;
     const Byte* const end = data + length;
     const Byte* current = data;
-    for (const auto& element : mElements) {
+    for (Element* const step : mSteps) {
         if (current == end) return nullptr;
-        current = element->Match(current, static_cast<std::uint32_t>(end - current));
+        if (step == nullptr) {
+            current = SkipSpace(current, end);
+            continue;
+        }
+        current = step->Match(current, static_cast<std::uint32_t>(end - current));
         if (current == nullptr) return nullptr;
     }
     return current;
@@ -339,13 +359,15 @@ const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
 
 void Pattern::CollectParameters(std::vector<Parameter>& outParameters) const
 {
-    ParameterList list(outParameters);
-    for (const auto& element : mElements) element->CollectParameters(list);
-    list.Finish();
+    outParameters.resize(mCaptures.size());
+    auto entry = outParameters.begin();
+    for (const Parameter* const capture : mCaptures) Overwrite(*entry++, *capture);
 }
 
 void Pattern::Clear()
 {
+    mCaptures.clear();
+    mSteps.clear();
     mElements.clear();
 }
 

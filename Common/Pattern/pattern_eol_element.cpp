@@ -1,6 +1,7 @@
 #include "pattern_eol_element.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace NPattern {
 
@@ -11,6 +12,28 @@ constexpr char kSourceFile[] = "pattern_eol_element.cpp";
 constexpr bool IsLineEnd(Byte b)
 {
     return b == '\r' || b == '\n';
+}
+
+const Byte* FindByte(const Byte* data, const Byte* end, Byte wanted)
+{
+    const void* const found =
+        data != end ? std::memchr(data, wanted, static_cast<std::size_t>(end - data)) : nullptr;
+    return found != nullptr ? static_cast<const Byte*>(found) : end;
+}
+
+// The first line end, or end. Searched in pieces: memchr reads many bytes at a time, but it would
+// read all of a long message for a line feed where carriage returns end the lines.
+const Byte* FindLineEnd(const Byte* data, const Byte* end)
+{
+    constexpr std::ptrdiff_t kPieceSize = 256;
+    while (data != end) {
+        const Byte* const pieceEnd = end - data > kPieceSize ? data + kPieceSize : end;
+        const Byte* const lineFeed = FindByte(data, pieceEnd, '\n');
+        const Byte* const lineEnd = FindByte(data, lineFeed, '\r');
+        if (lineEnd != pieceEnd) return lineEnd;
+        data = pieceEnd;
+    }
+    return end;
 }
 
 }  // namespace
@@ -40,10 +63,12 @@ const Byte* EOLElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length == 0) return nullptr;
     const Byte* const end = data + length;
-    const Byte* const rest = std::find_if_not(std::find_if(data, end, IsLineEnd), end, IsLineEnd);
-    // A capture that starts with a NUL has length 0, and is then a text that ends at that NUL.
-    const auto textLength = static_cast<std::uint32_t>(std::find(data, rest, Byte{0}) - data);
-    mParameter.SetTextValue(data, textLength, false);
+    const Byte* const rest = std::find_if_not(FindLineEnd(data, end), end, IsLineEnd);
+    if (mParameter.mType != kTypeNone) {
+        // A capture that starts with a NUL has length 0, and is then a text that ends at that NUL.
+        const auto textLength = static_cast<std::uint32_t>(FindByte(data, rest, 0) - data);
+        mParameter.SetTextValue(data, textLength, false);
+    }
     return rest;
 }
 

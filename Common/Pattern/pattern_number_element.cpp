@@ -125,39 +125,35 @@ void NumberElement::Dump(std::FILE* stream) const
 
 const Byte* NumberElement::Match(const Byte* data, std::uint32_t length)
 {
-    return mHex ? MatchHex(data, length) : MatchDecimal(data, length);
+    const Byte* const end = data + length;
+    if (mHex) return MatchHex(data, end);
+    return mDecimalPoint ? MatchDecimal<true>(data, end) : MatchDecimal<false>(data, end);
 }
 
-const Byte* NumberElement::MatchHex(const Byte* data, std::uint32_t length)
+const Byte* NumberElement::MatchHex(const Byte* data, const Byte* end)
 {
-    const DigitRun run = TakeDigits<16>(data, data + length, mIntegerDigits, 0);
+    const DigitRun run = TakeDigits<16>(data, end, mIntegerDigits, 0);
     const std::ptrdiff_t digits = run.mEnd - data;
     if (digits == 0) return nullptr;
-    switch (mParameter.mType) {
-        case kTypeNone: return run.mEnd;
-        case kTypeString: break;
-        case kTypeFloat:
-        case kTypeLInteger:
-        case kTypeBInteger:
-            if (digits > kMostQuickHexDigits) break;
-            mParameter.SetIntegerValue(static_cast<std::uint32_t>(Clamped(run.mValue, false)));
-            return run.mEnd;
+    if (mParameter.mType == kTypeString || digits > kMostQuickHexDigits) {
+        mParameter.SetTextValue(data, static_cast<std::uint32_t>(digits), true);
+    } else {
+        mParameter.SetIntegerValue(static_cast<std::uint32_t>(Clamped(run.mValue, false)));
     }
-    mParameter.SetTextValue(data, static_cast<std::uint32_t>(digits), true);
     return run.mEnd;
 }
 
-const Byte* NumberElement::MatchDecimal(const Byte* data, std::uint32_t length)
+template <bool kDecimalPoint>
+const Byte* NumberElement::MatchDecimal(const Byte* data, const Byte* end)
 {
-    const Byte* const end = data + length;
-    const bool negative = length != 0 && *data == '-';
-    const bool hasSign = negative || (length != 0 && *data == '+');
-    const Byte* const digits = data + (hasSign ? 1 : 0);
+    if (data == end) return nullptr;
+    const bool negative = *data == '-';
+    const Byte* const digits = negative || *data == '+' ? data + 1 : data;
 
     const DigitRun whole = TakeDigits<10>(digits, end, mIntegerDigits, 0);
     DigitRun all = whole;
     std::ptrdiff_t fractionDigits = 0;
-    if (mDecimalPoint && whole.mEnd != end && *whole.mEnd == '.') {
+    if (kDecimalPoint && whole.mEnd != end && *whole.mEnd == '.') {
         const Byte* const fraction = whole.mEnd + 1;
         all = TakeDigits<10>(fraction, end, mFractionDigits, whole.mValue);
         fractionDigits = all.mEnd - fraction;
@@ -166,8 +162,6 @@ const Byte* NumberElement::MatchDecimal(const Byte* data, std::uint32_t length)
 
     const std::ptrdiff_t wholeDigits = whole.mEnd - digits;
     switch (mParameter.mType) {
-        case kTypeNone: return all.mEnd;
-        case kTypeString: break;
         case kTypeFloat:
             if (wholeDigits + fractionDigits > kMostQuickDigits || all.mValue > kLargestExact)
                 break;
@@ -182,6 +176,8 @@ const Byte* NumberElement::MatchDecimal(const Byte* data, std::uint32_t length)
             if (wholeDigits > kMostQuickDigits) break;
             mParameter.mIntValue = Clamped(whole.mValue, negative);
             return all.mEnd;
+        case kTypeString:
+        case kTypeNone: break;
     }
     mParameter.SetTextValue(data, static_cast<std::uint32_t>(all.mEnd - data), false);
     return all.mEnd;

@@ -18,8 +18,9 @@ class NumberElement final : public Element {
     bool IsBinary() const override { return false; }
 
   private:
-    const Byte* MatchHex(const Byte* data, std::uint32_t length);
-    const Byte* MatchDecimal(const Byte* data, std::uint32_t length);
+    const Byte* MatchHex(const Byte* data, const Byte* end);
+    template <bool kDecimalPoint>
+    const Byte* MatchDecimal(const Byte* data, const Byte* end);
 
     std::int32_t mIntegerDigits;   // the most digits before the point; 0: no limit
     std::int32_t mFractionDigits;  // the most digits behind the point; 0: no limit

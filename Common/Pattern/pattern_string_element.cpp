@@ -1,10 +1,16 @@
 #include "pattern_string_element.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace NPattern {
 
 namespace {
 
 constexpr char kSourceFile[] = "pattern_string_element.cpp";
+
+// What tells a capital letter from its small one.
+constexpr Byte kCaseBit = 0x20;
 
 }  // namespace
 
@@ -24,6 +30,7 @@ StringElement::StringElement(const std::vector<LToken>& tokens, TokenCursor& ioC
     }
     mMatchText = token->mText;
     mCaseSensitive = token->mType == kSingleQuoted;
+    PrepareHead();
 }
 
 void StringElement::Dump(std::FILE* stream) const
@@ -35,18 +42,56 @@ void StringElement::Dump(std::FILE* stream) const
 
 const Byte* StringElement::Match(const Byte* data, std::uint32_t length)
 {
-    if (length < mMatchText.size()) return nullptr;
+    if (length < mMatchText.size() || !HeadFits(data, length)) return nullptr;
+    if (mHeadLength < mMatchText.size() && !TailFits(data)) return nullptr;
     const auto textLength = static_cast<std::uint32_t>(mMatchText.size());
-    for (std::uint32_t i = 0; i < textLength; ++i) {
+    mParameter.SetTextValue(data, textLength, false);
+    return data + textLength;
+}
+
+void StringElement::PrepareHead()
+{
+    const bool isPlain = std::none_of(mMatchText.begin(), mMatchText.end(),
+                                      [](char c) { return c == '\0' || c == kWildcardByte; });
+    if (!isPlain) return;
+    constexpr std::size_t kWordSize = sizeof mHead;
+    Byte head[kWordSize] = {};
+    Byte fold[kWordSize] = {};
+    Byte mask[kWordSize] = {};
+    mHeadLength = static_cast<std::uint32_t>(std::min(mMatchText.size(), kWordSize));
+    for (std::uint32_t i = 0; i < mHeadLength; ++i) {
+        const auto b = static_cast<Byte>(mMatchText[i]);
+        fold[i] = !mCaseSensitive && IsAlpha(b) ? kCaseBit : 0;
+        head[i] = b | fold[i];
+        mask[i] = 0xFF;
+    }
+    std::memcpy(&mHead, head, kWordSize);
+    std::memcpy(&mHeadFold, fold, kWordSize);
+    std::memcpy(&mHeadMask, mask, kWordSize);
+}
+
+bool StringElement::HeadFits(const Byte* data, std::uint32_t length) const
+{
+    std::uint64_t word = 0;
+    if (length >= sizeof word) {
+        std::memcpy(&word, data, sizeof word);
+    } else {
+        std::memcpy(&word, data, length);
+    }
+    return (((word | mHeadFold) ^ mHead) & mHeadMask) == 0;
+}
+
+bool StringElement::TailFits(const Byte* data) const
+{
+    for (std::size_t i = mHeadLength; i < mMatchText.size(); ++i) {
         const Byte found = data[i];
         const auto wanted = static_cast<Byte>(mMatchText[i]);
         if (found == 0 && wanted == 0) break;
-        if (found == 0 || wanted == 0) return nullptr;
+        if (found == 0 || wanted == 0) return false;
         const bool equal = mCaseSensitive ? found == wanted : ToLower(found) == ToLower(wanted);
-        if (!equal && wanted != kWildcardByte) return nullptr;
+        if (!equal && wanted != kWildcardByte) return false;
     }
-    mParameter.SetTextValue(data, textLength, false);
-    return data + textLength;
+    return true;
 }
 
 }  // namespace NPattern

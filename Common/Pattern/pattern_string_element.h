@@ -20,8 +20,19 @@ class StringElement final : public Element {
     bool IsBinary() const override { return false; }
 
   private:
+    void PrepareHead();
+    bool HeadFits(const Byte* data, std::uint32_t length) const;
+    bool TailFits(const Byte* data) const;
+
     std::string mMatchText;  // never empty; kWildcardByte stands for any byte but NUL
     bool mCaseSensitive;
+
+    // The first bytes of the text, as many as a word holds, are compared in one step: most messages
+    // that don't match differ there. Bytes as they lie in memory.
+    std::uint64_t mHead = 0;
+    std::uint64_t mHeadFold = 0;    // set in a message before it is compared: case is ignored
+    std::uint64_t mHeadMask = 0;    // what of the word counts
+    std::uint32_t mHeadLength = 0;  // 0 for a text that holds a wildcard or a NUL
 };
 
 }  // namespace NPattern
