@@ -72,6 +72,7 @@ BitfieldElement::BitfieldElement(const std::vector<LToken>& tokens, TokenCursor&
     RequireToken(tokens, ioCursor, kSymbol, ")");
     mBigEndian = ParseBigEndian(tokens, ioCursor);
     mByteCount = static_cast<std::int32_t>((highestBit + 8) / 8);
+    PlaceFields();
 }
 
 void BitfieldElement::Dump(std::FILE* stream) const
@@ -85,25 +86,32 @@ void BitfieldElement::Dump(std::FILE* stream) const
     }
 }
 
+// 32 bits that start anywhere lie in at most five bytes, and so in one 64-bit number.
 const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length < static_cast<std::uint32_t>(mByteCount)) return nullptr;
-    for (BitfieldField& field : mFields) field.SetIntegerValue(ValueOf(field, data));
+    const std::ptrdiff_t step = mBigEndian ? -1 : 1;
+    for (BitfieldField& field : mFields) {
+        const Byte* byte = data + field.mFirstByte;
+        std::uint64_t bits = *byte;
+        for (std::int32_t i = 1; i < field.mByteSpan; ++i) {
+            byte += step;
+            bits |= std::uint64_t{*byte} << 8 * i;
+        }
+        field.SetIntegerValue(
+            static_cast<std::uint32_t>(bits >> field.mStartBit % 8 & field.mMask));
+    }
     return data + mByteCount;
 }
 
-// 32 bits that start anywhere lie in at most five bytes, and so in one 64-bit number.
-std::uint32_t BitfieldElement::ValueOf(const BitfieldField& field, const Byte* data) const
+void BitfieldElement::PlaceFields()
 {
-    const std::int32_t first = field.mStartBit / 8;
-    const std::int32_t last = field.mEndBit / 8;
-    std::uint64_t bits = 0;
-    for (std::int32_t k = last; k >= first; --k) {
-        bits = bits << 8 | data[mBigEndian ? mByteCount - 1 - k : k];
+    for (BitfieldField& field : mFields) {
+        const std::int32_t byte = field.mStartBit / 8;
+        field.mFirstByte = mBigEndian ? mByteCount - 1 - byte : byte;
+        field.mByteSpan = field.mEndBit / 8 - byte + 1;
+        field.mMask = (std::uint64_t{1} << (field.mEndBit - field.mStartBit + 1)) - 1;
     }
-    const int width = field.mEndBit - field.mStartBit + 1;
-    const std::uint64_t mask = (std::uint64_t{1} << width) - 1;
-    return static_cast<std::uint32_t>(bits >> (field.mStartBit % 8) & mask);
 }
 
 void BitfieldElement::CollectParameters(ParameterList& ioList) const

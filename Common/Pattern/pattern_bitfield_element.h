@@ -8,6 +8,12 @@ namespace NPattern {
 struct BitfieldField : Parameter {
     std::int32_t mStartBit = 0;  // the lower bit of the range, included
     std::int32_t mEndBit = 0;    // the higher bit, included; at most mStartBit + 31
+
+    // How the value is read, worked out when the whole block is known: the byte that holds
+    // mStartBit, the bytes up to that of mEndBit, 1 to 5, and the bits that count.
+    std::int32_t mFirstByte = 0;
+    std::int32_t mByteSpan = 0;
+    std::uint64_t mMask = 0;
 };
 
 // A block of bytes read as one unsigned number and cut into ranges of bits: (a=0-3, b=4-15) : L.
@@ -27,7 +33,7 @@ class BitfieldElement final : public Element {
     void CollectParameters(ParameterList& ioList) const override;
 
   private:
-    std::uint32_t ValueOf(const BitfieldField& field, const Byte* data) const;
+    void PlaceFields();
 
     std::vector<BitfieldField> mFields;  // in the order written; at least one
     bool mBigEndian = true;

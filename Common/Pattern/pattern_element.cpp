@@ -124,10 +124,29 @@ double FloatOf(const char* text, const char* end)
     return negative ? -value : value;
 }
 
+// Names are short: two words that overlap cover most of them, and spare a call for each capture.
+bool IsSameName(const std::string& a, const std::string& b)
+{
+    const std::size_t size = a.size();
+    if (size != b.size()) return false;
+    const auto differs = [&]<typename Word>(Word, std::size_t at) {
+        Word x;
+        Word y;
+        std::memcpy(&x, a.data() + at, sizeof x);
+        std::memcpy(&y, b.data() + at, sizeof y);
+        return x != y;
+    };
+    if (size > 16) return a == b;
+    if (size >= 8) return !differs(std::uint64_t{}, 0) && !differs(std::uint64_t{}, size - 8);
+    if (size >= 4) return !differs(std::uint32_t{}, 0) && !differs(std::uint32_t{}, size - 4);
+    if (size >= 2) return !differs(std::uint16_t{}, 0) && !differs(std::uint16_t{}, size - 2);
+    return size == 0 || a[0] == b[0];
+}
+
 // Message after message the entry is of the same capture, and only its value is new.
 void Overwrite(Parameter& ioEntry, const Parameter& parameter)
 {
-    if (ioEntry.mType != parameter.mType || ioEntry.mName != parameter.mName) {
+    if (ioEntry.mType != parameter.mType || !IsSameName(ioEntry.mName, parameter.mName)) {
         ioEntry = parameter;
         return;
     }
@@ -176,7 +195,7 @@ void Parameter::StoreText(const Byte* text, std::uint32_t length, bool hex)
     }
 }
 
-void Parameter::SetBinaryValue(const Byte* data, std::uint32_t length)
+void Parameter::StoreBytes(const Byte* data, std::uint32_t length)
 {
     switch (mType) {
         case kTypeString: mStringValue.assign(reinterpret_cast<const char*>(data), length); break;
@@ -204,15 +223,12 @@ void Parameter::SetBinaryValue(const Byte* data, std::uint32_t length)
     }
 }
 
-void Parameter::SetIntegerValue(std::uint32_t value)
+void Parameter::StoreInteger(std::int32_t value)
 {
-    const auto signedValue = static_cast<std::int32_t>(value);
-    switch (mType) {
-        case kTypeString: mStringValue = std::to_string(signedValue); break;
-        case kTypeFloat: mFloatValue = signedValue; break;
-        case kTypeLInteger:
-        case kTypeBInteger: mIntValue = signedValue; break;
-        case kTypeNone: break;
+    if (mType == kTypeString) {
+        mStringValue = std::to_string(value);
+    } else {
+        mFloatValue = value;
     }
 }
 

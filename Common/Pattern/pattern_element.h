@@ -42,16 +42,29 @@ struct Parameter {
 
     // Stores raw bytes: a string of just these, or an unsigned number in the byte order of mType
     // (little-endian for kTypeFloat). An integer takes the four least significant bytes.
-    void SetBinaryValue(const Byte* data, std::uint32_t length);
+    void SetBinaryValue(const Byte* data, std::uint32_t length)
+    {
+        if (mType != kTypeNone) StoreBytes(data, length);
+    }
 
     // Stores 32 bits; as float or string they count as a signed number.
-    void SetIntegerValue(std::uint32_t value);
+    void SetIntegerValue(std::uint32_t value)
+    {
+        if (mType == kTypeLInteger || mType == kTypeBInteger) {
+            mIntValue = static_cast<std::int32_t>(value);
+        } else if (mType != kTypeNone) {
+            StoreInteger(static_cast<std::int32_t>(value));
+        }
+    }
 
     // "name:FLOAT" and the like; empty for kTypeNone.
     std::string TypedName() const;
 
   private:
+    // The setters proper; what captures nothing isn't worth a call.
     void StoreText(const Byte* text, std::uint32_t length, bool hex);
+    void StoreBytes(const Byte* data, std::uint32_t length);
+    void StoreInteger(std::int32_t value);
 };
 
 // A position in a token vector, 0 to its size.

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -43,12 +44,22 @@ constexpr Byte ToLower(Byte b)
     return b >= 'A' && b <= 'Z' ? static_cast<Byte>(b + 32) : b;
 }
 
-// The value of a hexadecimal digit, 0 to 15; 16 for a byte that is none.
+// The value of a hexadecimal digit, 0 to 15; 16 for a byte that is none. By table: numbers are
+// converted with it, digit by digit.
+inline constexpr std::array<Byte, 256> kHexDigitValues = [] {
+    std::array<Byte, 256> values{};
+    for (std::size_t b = 0; b < values.size(); ++b) {
+        const Byte lower = ToLower(static_cast<Byte>(b));
+        const bool isLetter = lower >= 'a' && lower <= 'f';
+        values[b] = static_cast<Byte>(IsDigit(lower) ? lower - '0'
+                                      : isLetter     ? lower - 'a' + 10
+                                                     : 16);
+    }
+    return values;
+}();
 constexpr unsigned HexDigitValue(Byte b)
 {
-    if (IsDigit(b)) return b - unsigned{'0'};
-    const Byte lower = ToLower(b);
-    return lower >= 'a' && lower <= 'f' ? lower - unsigned{'a'} + 10 : 16;
+    return kHexDigitValues[b];
 }
 constexpr bool IsHexDigit(Byte b)
 {
