@@ -269,11 +269,11 @@ void BytesetElement::Dump(std::FILE* stream) const
 const Byte* BytesetElement::Match(const Byte* data, std::uint32_t length)
 {
     const auto wanted = static_cast<std::uint32_t>(mLength);
-    if (length == 0 || length < wanted) return nullptr;
+    if (length == 0 || length < wanted || mMembers[*data] == 0) return nullptr;
     const std::uint32_t most = wanted != 0 ? wanted : length;
-    std::uint32_t run = 0;
+    std::uint32_t run = 1;
     while (run < most && mMembers[data[run]] != 0) ++run;
-    if (run == 0 || run < wanted) return nullptr;
+    if (run < wanted) return nullptr;
 
     if (mBinary) {
         mParameter.SetBinaryValue(data, run);

@@ -32,6 +32,14 @@ constexpr TypeWord kTypeWords[] = {
 // Indexed by ParameterType.
 constexpr const char* kTypeSuffixes[] = {":STRING", ":FLOAT", ":LINTEGER", ":BINTEGER"};
 
+// Over the bytes that the string holds already, as long as there are as many: that is what message
+// after message brings, and cheaper than an assignment.
+void AssignBytes(std::string& outText, const char* bytes, std::size_t size)
+{
+    if (outText.size() != size) outText.resize(size);
+    std::copy_n(bytes, size, outText.data());
+}
+
 template <typename Character>
 const Character* SkipSpace(const Character* text, const Character* end)
 {
@@ -151,7 +159,10 @@ void Overwrite(Parameter& ioEntry, const Parameter& parameter)
         return;
     }
     switch (parameter.mType) {
-        case kTypeString: ioEntry.mStringValue = parameter.mStringValue; break;
+        case kTypeString:
+            AssignBytes(ioEntry.mStringValue, parameter.mStringValue.data(),
+                        parameter.mStringValue.size());
+            break;
         case kTypeFloat: ioEntry.mFloatValue = parameter.mFloatValue; break;
         case kTypeLInteger:
         case kTypeBInteger: ioEntry.mIntValue = parameter.mIntValue; break;
@@ -187,7 +198,9 @@ void Parameter::StoreText(const Byte* text, std::uint32_t length, bool hex)
     const char* const begin = reinterpret_cast<const char*>(text);
     const char* const end = begin + (length != 0 ? length : std::strlen(begin));
     switch (mType) {
-        case kTypeString: mStringValue.assign(begin, end); break;
+        case kTypeString:
+            AssignBytes(mStringValue, begin, static_cast<std::size_t>(end - begin));
+            break;
         case kTypeFloat: mFloatValue = hex ? IntegerOf(begin, end, 16) : FloatOf(begin, end); break;
         case kTypeLInteger:
         case kTypeBInteger: mIntValue = IntegerOf(begin, end, hex ? 16 : 10); break;
@@ -198,7 +211,9 @@ void Parameter::StoreText(const Byte* text, std::uint32_t length, bool hex)
 void Parameter::StoreBytes(const Byte* data, std::uint32_t length)
 {
     switch (mType) {
-        case kTypeString: mStringValue.assign(reinterpret_cast<const char*>(data), length); break;
+        case kTypeString:
+            AssignBytes(mStringValue, reinterpret_cast<const char*>(data), length);
+            break;
         case kTypeFloat:
             mFloatValue = 0.0;
             for (std::uint32_t i = length; i > 0; --i)
@@ -344,11 +359,13 @@ void Pattern::SetPatternString(const std::string& parseString)
 {
     Clear();
     ElementList elements = CompileElements(parseString);
-    std::vector<Element*> steps;
+    std::vector<Step> steps;
     ParameterList captures;
+    bool skipsSpace = false;
     for (const auto& element : elements) {
-        const bool isWhitespace = dynamic_cast<WhitespaceElement*>(element.get()) != nullptr;
-        steps.push_back(isWhitespace ? nullptr : element.get());
+        const bool isSpace = dynamic_cast<WhitespaceElement*>(element.get()) != nullptr;
+        if (!isSpace) steps.push_back({element.get(), skipsSpace});
+        skipsSpace = isSpace;
         element->CollectParameters(captures);
     }
     mElements = std::move(elements);
@@ -361,13 +378,10 @@ const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
     if (mSteps.empty()) return nullptr;
     const Byte* const end = data + length;
     const Byte* current = data;
-    for (Element* const step : mSteps) {
+    for (const Step& step : mSteps) {
+        if (step.mSkipsSpace) current = SkipSpace(current, end);
         if (current == end) return nullptr;
-        if (step == nullptr) {
-            current = SkipSpace(current, end);
-            continue;
-        }
-        current = step->Match(current, static_cast<std::uint32_t>(end - current));
+        current = step.mElement->Match(current, static_cast<std::uint32_t>(end - current));
         if (current == nullptr) return nullptr;
     }
     return current;
