@@ -11,16 +11,16 @@ constexpr char kSourceFile[] = "pattern_bitfield_element.cpp";
 // The width of the value of a range. A wider range has no value that could be handed out.
 constexpr std::int32_t kMostBits = 32;
 
-[[noreturn]] void ThrowInvalid(int line)
+[[noreturn]] void ThrowInvalid()
 {
-    throw PatternException(kSourceFile, line, "Invalid bitfield token");
+    throw PatternException(kSourceFile, __LINE__, "Invalid bitfield token");
 }
 
 const LToken& RequireToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor,
                            LTokenType wantedType, const char* wantedText)
 {
     const LToken* token = nullptr;
-    if (!ExpectToken(tokens, ioCursor, token, wantedType, wantedText)) ThrowInvalid(__LINE__);
+    if (!ExpectToken(tokens, ioCursor, token, wantedType, wantedText)) ThrowInvalid();
     return *token;
 }
 
@@ -40,7 +40,7 @@ BitfieldField ParseField(const std::vector<LToken>& tokens, TokenCursor& ioCurso
     const std::int32_t other = RequireToken(tokens, ioCursor, kNumber, nullptr).mValue;
     field.mStartBit = std::min(one, other);
     field.mEndBit = std::max(one, other);
-    if (field.mEndBit - field.mStartBit >= kMostBits) ThrowInvalid(__LINE__);
+    if (field.mEndBit - field.mStartBit >= kMostBits) ThrowInvalid();
     return field;
 }
 
@@ -50,14 +50,15 @@ bool ParseBigEndian(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
     if (!ExpectToken(tokens, ioCursor, token, kSymbol, ":")) return true;
     if (ExpectToken(tokens, ioCursor, token, kIdentifier, "L")) return false;
     if (ExpectToken(tokens, ioCursor, token, kIdentifier, "B")) return true;
-    ThrowInvalid(__LINE__);
+    ThrowInvalid();
 }
 
 }  // namespace
 
 bool BitfieldElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
-    return tokens[cursor].mType == kSymbol && tokens[cursor].mChar == '(';
+    const LToken& token = TokenAt(tokens, cursor);
+    return token.mType == kSymbol && token.mChar == '(';
 }
 
 BitfieldElement::BitfieldElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)

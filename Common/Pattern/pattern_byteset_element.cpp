@@ -1,6 +1,8 @@
 #include "pattern_byteset_element.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace NPattern {
 
@@ -84,13 +86,7 @@ constexpr SetTable kByteSetTable = {
 Byte CharacterSetValue(const LToken& token)
 {
     const Byte first = token.mText.empty() ? Byte{0} : static_cast<Byte>(token.mText.front());
-    if (!token.mEscaped) return first;
-    switch (first) {
-        case 'n': return '\n';
-        case 'r': return '\r';
-        case 't': return '\t';
-        default: return first;
-    }
+    return token.mEscaped ? TranslateEscape(first) : first;
 }
 
 Byte ByteSetValue(const LToken& token)
@@ -127,8 +123,8 @@ constexpr BytesetElement::SetSyntax BytesetElement::kByteSetSyntax{kByteSetTable
 bool BytesetElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     cursor = SkipDeclaration(tokens, cursor);
-    if (tokens[cursor].mType == kNumber) ++cursor;
-    const LToken& token = tokens[cursor];
+    if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
+    const LToken& token = TokenAt(tokens, cursor);
     if (token.mType != kIdentifier && token.mType != kSymbol) return false;
     return token.mText == "[" || token.mText == "{" || FindByteClass(token) != kClassNone;
 }
@@ -206,23 +202,25 @@ void BytesetElement::ParseSetBody(const std::vector<LToken>& tokens, TokenCursor
     mMembers.fill(0);
     bool negate = false;
     Byte previous = 0;
-    for (int state = kStart; state != kDone;) {
-        state = syntax.mTable[state][ClassOf(tokens, ioCursor, syntax.mClosing)];
-        if (state < kDone) throw PatternException(kSourceFile, __LINE__, "%s", syntax.mError);
-        if (state == kDone) break;
-
+    int state = kStart;
+    while ((state = syntax.mTable[state][ClassOf(tokens, ioCursor, syntax.mClosing)]) > kDone) {
         const Byte value = syntax.mValueOf(tokens[ioCursor]);
-        if (state == kBehindNegation) negate = true;
-        if (state == kBehindMember) {
-            mMembers[value] = 1;
-            previous = value;
-        }
-        if (state == kBehindRange) {
-            const auto [low, high] = std::minmax(previous, value);
-            std::fill(mMembers.begin() + low, mMembers.begin() + high + 1, 1U);
+        switch (state) {
+            case kBehindNegation: negate = true; break;
+            case kBehindMember:
+                mMembers[value] = 1;
+                previous = value;
+                break;
+            case kBehindRange: {
+                const auto [low, high] = std::minmax(previous, value);
+                std::fill(mMembers.begin() + low, mMembers.begin() + high + 1, 1U);
+                break;
+            }
+            default: break;
         }
         ++ioCursor;
     }
+    if (state != kDone) throw PatternException(kSourceFile, __LINE__, "%s", syntax.mError);
     if (negate) {
         for (std::uint32_t& member : mMembers) member = member == 0 ? 1 : 0;
     }

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cinttypes>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <string_view>
+#include <system_error>
+#include <utility>
 
 #include "pattern_bitfield_element.h"
 #include "pattern_byteset_element.h"
@@ -70,7 +73,7 @@ std::int32_t IntegerOf(const char* text, const char* end, unsigned radix)
     constexpr std::int64_t kLargest = std::numeric_limits<std::int32_t>::max();
     text = SkipSpace(text, end);
     const bool negative = TakeSign(text, end);
-    if (radix == 16 && HasHexPrefix(text, end) && HasDigitAt(text + 2, end, radix)) text += 2;
+    if (radix == 16 && HasHexPrefix(text, end)) text += 2;
 
     const std::int64_t limit = negative ? kLargest + 1 : kLargest;
     std::int64_t value = 0;
@@ -109,7 +112,7 @@ bool IsTooLarge(const char* text, const char* end, unsigned radix)
     return power + (negative ? -exponent : exponent) > 0;
 }
 
-// As atof in the "C" locale.
+// As atof in the "C" locale, but for what a nan carries in parentheses.
 double FloatOf(const char* text, const char* end)
 {
     text = SkipSpace(text, end);
@@ -182,7 +185,7 @@ struct ElementForm {
     std::unique_ptr<Element> (*mMake)(const std::vector<LToken>& tokens, TokenCursor& ioCursor);
 };
 
-// In the order of the attempts: a number and a byte set may start with the same tokens.
+// In the order of the attempts.
 constexpr ElementForm kElementForms[] = {
     {StringElement::CanStart, MakeElement<StringElement>},
     {NumberElement::CanStart, MakeElement<NumberElement>},
@@ -268,6 +271,12 @@ bool ExpectToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor, const
     return true;
 }
 
+const LToken& TokenAt(const std::vector<LToken>& tokens, TokenCursor cursor)
+{
+    static const LToken kEndToken;
+    return cursor < tokens.size() ? tokens[cursor] : kEndToken;
+}
+
 TokenCursor SkipDeclaration(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     TokenCursor behind = cursor;
@@ -288,8 +297,6 @@ void Element::CollectParameters(ParameterList& ioList) const
 
 void Element::ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
-    mParameter.mName.clear();
-    mParameter.mType = kTypeNone;
     const TokenCursor behind = SkipDeclaration(tokens, ioCursor);
     if (behind == ioCursor) return;
 

@@ -33,7 +33,8 @@ struct Parameter {
     std::string mStringValue;  // bytes, NUL among them
 
     // Stores a text, converted as strtol and atof do in the "C" locale.
-    // length: in bytes; 0 means that the text ends at its NUL, which must then be there.
+    // length: in bytes; 0 means that the text ends at its NUL, which must then be there. A NUL
+    // before that ends a number, but not a string.
     // hex: numbers have radix 16, for kTypeFloat too. Integers are clamped to 32 bits.
     void SetTextValue(const Byte* text, std::uint32_t length, bool hex)
     {
@@ -47,7 +48,7 @@ struct Parameter {
         if (mType != kTypeNone) StoreBytes(data, length);
     }
 
-    // Stores 32 bits; as float or string they count as a signed number.
+    // Stores 32 bits that are a number already; as float or string they count as a signed one.
     void SetIntegerValue(std::uint32_t value)
     {
         if (mType == kTypeLInteger || mType == kTypeBInteger) {
@@ -77,6 +78,9 @@ using TokenCursor = std::size_t;
 bool ExpectToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor, const LToken*& outToken,
                  LTokenType wantedType, const char* wantedText);
 
+// The token at the cursor, or one of kEnd behind the last.
+const LToken& TokenAt(const std::vector<LToken>& tokens, TokenCursor cursor);
+
 // The cursor behind the declaration header name:type= at cursor, or cursor where none stands.
 // The type word is not looked at.
 TokenCursor SkipDeclaration(const std::vector<LToken>& tokens, TokenCursor cursor);
@@ -97,7 +101,8 @@ class Element {
     virtual void Dump(std::FILE* stream) const = 0;
 
     // Gives the address just past what was taken of the length bytes at data, or null for no
-    // match, which leaves the captured value alone.
+    // match, which leaves the captured value alone. length: may be 0, and data then null. Throws
+    // std::bad_alloc if a captured string finds no memory.
     virtual const Byte* Match(const Byte* data, std::uint32_t length) = 0;
 
     // Whether the element reads raw bytes: white space next to it is never skipped.
@@ -129,7 +134,8 @@ class WhitespaceElement final : public Element {
 };
 
 // The element whose form stands at ioCursor, with the cursor moved behind it, or null when no
-// tokens are left. Throws PatternSyntaxException at a token where no form can start.
+// tokens are left. Throws PatternSyntaxException, with the cursor left, at a token where no form
+// can start, also because memory ran out for each that was tried.
 std::unique_ptr<Element> CreateElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor);
 
 using ElementList = std::vector<std::unique_ptr<Element>>;
@@ -148,12 +154,13 @@ class Pattern {
 
     // Matches from data on: the address just past the match, or null. Bytes left behind the last
     // element do no harm; a message that is used up before it does not match, nor does one of
-    // length 0.
+    // length 0. Throws nothing but std::bad_alloc, and only for a captured string that is longer
+    // than any before.
     const Byte* Match(const Byte* data, std::uint32_t length);
 
     // Puts one entry for each capture into outParameters, in the order of the parsing string, in
     // place of what it holds. To be called after a match, for the values, or after a compile, for
-    // names and types.
+    // names and types. Throws nothing but std::bad_alloc.
     void CollectParameters(std::vector<Parameter>& outParameters) const;
 
     void Clear();

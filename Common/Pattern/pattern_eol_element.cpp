@@ -40,7 +40,7 @@ const Byte* FindLineEnd(const Byte* data, const Byte* end)
 
 bool EOLElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
-    const LToken& word = tokens[SkipDeclaration(tokens, cursor)];
+    const LToken& word = TokenAt(tokens, SkipDeclaration(tokens, cursor));
     return word.mType == kIdentifier && EqualsIgnoringCase(word.mText, "eol");
 }
 

@@ -28,7 +28,9 @@ class FormattedMessage {
     {
         const int length = std::vsnprintf(mBuffer, sizeof mBuffer,
                                           format != nullptr ? format : "Unknown error", arguments);
-        mLength = std::min(static_cast<std::size_t>(std::max(length, 0)), kMessageLimit);
+        // Negative for a text that leaves an int: what is in the buffer is cut all the same.
+        mLength =
+            length < 0 ? kMessageLimit : std::min(static_cast<std::size_t>(length), kMessageLimit);
     }
     std::string_view Text() const { return {mBuffer, mLength}; }
 
@@ -136,16 +138,6 @@ LToken NextByteSetToken(const std::string& parseString, std::size_t& ioCursor)
                                     HexDigitValue(ByteAt(parseString, start + 1)));
     token.mValue = token.mChar;
     return token;
-}
-
-Byte TranslateEscape(Byte b)
-{
-    switch (b) {
-        case 'n': return '\n';
-        case 'r': return '\r';
-        case 't': return '\t';
-        default: return b;
-    }
 }
 
 // Reads up to and over the closing quote; the cursor stands behind the opening one.

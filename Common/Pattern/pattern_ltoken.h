@@ -66,6 +66,18 @@ constexpr bool IsHexDigit(Byte b)
     return HexDigitValue(b) < 16;
 }
 
+// What the byte behind a backslash stands for: n, r and t for the control bytes, any other for
+// itself.
+constexpr Byte TranslateEscape(Byte b)
+{
+    switch (b) {
+        case 'n': return '\n';
+        case 'r': return '\r';
+        case 't': return '\t';
+        default: return b;
+    }
+}
+
 bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 
 enum LTokenType : std::int32_t {
@@ -94,7 +106,8 @@ enum LexerMode : std::int32_t {
 };
 
 // Splits the whole of parseString into outTokens, the last of them kEnd.
-// Throws PatternSyntaxException at the first byte that no token can hold.
+// Throws PatternSyntaxException at the first byte that no token can hold; outTokens then has the
+// tokens before it.
 void Tokenize(std::vector<LToken>& outTokens, const std::string& parseString);
 
 // Gives the token at ioCursor, an offset into parseString from 0 to its size, and moves the cursor
@@ -106,7 +119,7 @@ LToken NextToken(const std::string& parseString, std::size_t& ioCursor, LexerMod
 // misses it. Thrown by value, caught by reference.
 class PatternException {
   public:
-    // file: name of the source file of the throw, static or copied; null gives "<unknown>".
+    // file: bare name of the source file of the throw; null gives "<unknown>".
     // format: as for printf; null gives "Unknown error". The text is cut at 2048 bytes.
     PatternException(const char* file, int line, const char* format, ...);
     PatternException(const PatternException&) = default;

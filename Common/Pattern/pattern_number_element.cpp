@@ -1,7 +1,9 @@
 #include "pattern_number_element.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
+#include <string_view>
 
 namespace NPattern {
 
@@ -97,8 +99,8 @@ std::int32_t Clamped(std::uint64_t magnitude, bool negative)
 bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     cursor = SkipDeclaration(tokens, cursor);
-    if (tokens[cursor].mType == kNumber) ++cursor;
-    const LToken& word = tokens[cursor];
+    if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
+    const LToken& word = TokenAt(tokens, cursor);
     return (word.mType == kIdentifier || word.mType == kSymbol) && FindKindWord(word) != kKindNone;
 }
 

@@ -22,10 +22,10 @@ class NumberElement final : public Element {
     template <bool kDecimalPoint>
     const Byte* MatchDecimal(const Byte* data, const Byte* end);
 
-    std::int32_t mIntegerDigits;   // the most digits before the point; 0: no limit
-    std::int32_t mFractionDigits;  // the most digits behind the point; 0: no limit
-    bool mDecimalPoint;            // a point may follow; never together with mHex
-    bool mHex;                     // hexadecimal digits, and no sign
+    std::int32_t mIntegerDigits = 0;   // the most digits before the point; 0: no limit
+    std::int32_t mFractionDigits = 0;  // the most digits behind the point; 0: no limit
+    bool mDecimalPoint = false;        // a point may follow; never together with mHex
+    bool mHex = false;                 // hexadecimal digits, and no sign
 };
 
 }  // namespace NPattern

@@ -16,7 +16,7 @@ constexpr Byte kCaseBit = 0x20;
 
 bool StringElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
-    const LTokenType type = tokens[SkipDeclaration(tokens, cursor)].mType;
+    const LTokenType type = TokenAt(tokens, SkipDeclaration(tokens, cursor)).mType;
     return type == kDoubleQuoted || type == kSingleQuoted;
 }
 

@@ -25,7 +25,7 @@ class StringElement final : public Element {
     bool TailFits(const Byte* data) const;
 
     std::string mMatchText;  // never empty; kWildcardByte stands for any byte but NUL
-    bool mCaseSensitive;
+    bool mCaseSensitive = false;
 
     // The first bytes of the text, as many as a word holds, are compared in one step: most messages
     // that don't match differ there. Bytes as they lie in memory.
