@@ -32,7 +32,6 @@ TEST(Match, GoesForwardOnly)
         {"\"abc\" eol", "abc", "no match"},  // used up before the white space has its turn
         {"\"abc\" r:s=eol", "abc rest", "r=\"rest\" | "},
         {"\"abc\" r:s=eol", "abc\r\ndef", "r=\"def\" | "},
-        {"\"abc\" eol", "abc\r\n", "no match"},
         {"\"ab\" \"cd\"", "abcd", " | "},
         {"\"ab\" \"cd\"", "ab\n\t\v\f\r cd!", " | !"},
         {"\"ab\" \"cd\"",
@@ -56,10 +55,8 @@ TEST(Match, Strings)
         {"\"\xC4\"", "\xE4", "no match"},
         {"n:s=\"a?c\"", "aXc", "n=\"aXc\" | "},
         {"n:s='a\\?c'", "a?c", "n=\"a?c\" | "},
-        {"'a\\?c'", "aXc", "no match"},
         {"\"a?c\"", "ac", "no match"},
         {"'a?'", "a\0"s, "no match"},
-        {"'abcd'", "abc", "no match"},
         {"'abcdefghijklmnop'", "abcdefghijklmnoX", "no match"},
         {"n:f=\"?????\"", "-1e2x", "n=-100 | "},
     });
@@ -76,7 +73,6 @@ TEST(Match, LineEnds)
     ExpectMatches({
         {"l:s=eol", "abc\r\ndef", "l=\"abc\r\n\" | def"},
         {"l:s=eol", "\r\n\r\nabc", "l=\"\r\n\r\n\" | abc"},
-        {"l:s=eol", "\n\r\n", "l=\"\n\r\n\" | "},
         {"l:s=eol", "abc", "l=\"abc\" | "},
         {"l:s=eol", "a\0b\nc"s, "l=\"a\" | c"},
         {"l:s=eol", "\0b\nc"s, "l=\"\" | c"},
@@ -91,8 +87,6 @@ TEST(Match, Numbers)
         {"n:s=#", "-42 rest", "n=\"-42\" |  rest"},
         {"n:s=#", "abc", "no match"},
         {"n:s=#", " 5", "no match"},
-        {"n:s=#", "3.14", "n=\"3\" | .14"},
-        {"n:s=#", "-x", "n=\"-\" | x"},
         {"n:i=#", "+", "n=0 | "},
         {"n:s=2#", "-12345", "n=\"-12\" | 345"},
         {"n:s=x", "00fFzz", "n=\"00fF\" | zz"},
@@ -100,31 +94,22 @@ TEST(Match, Numbers)
         {"n:i=x", "0x1F", "n=0 | x1F"},
         {"n:i=2x", "1F2", "n=31 | 2"},
         {"n:s=.#", "+.5", "n=\"+.5\" | "},
-        {"n:f=.#", "7.", "n=7 | "},
         {"n:f=.#", ".", "n=0 | "},
         {"n:f=.#", "1e5", "n=1 | e5"},
-        {"n:f=.#", "1.2.3", "n=1.2 | .3"},
         {"n:s=3.2#", "12.345", "n=\"12.34\" | 5"},
-        {"n:s=3.2#", "1234.5", "n=\"123\" | 4.5"},
-        {"n:s=3.2#", "-123.45", "n=\"-123.45\" | "},
         {"n:f=.2#", "1234.567", "n=1234.5599999999999 | 7"},
-        {"n:f=#.# m:f=#", "3.14 2", "n=3 m=2 | "},  // two numbers, and .14 has no name
         {"a:i=#  b:f=.#", "3.14", "a=3 b=0.14000000000000001 | "},
         {"a:i=2# b:i=2#", "1234", "a=12 b=34 | "},
         {"n:i=.#", "-12.9", "n=-12 | "},
-        {"n:f=x", "ff", "n=255 | "},
         // At the edges of 32 bits, and of what a double takes exactly.
         {"n:i=#", "2147483647", "n=2147483647 | "},
         {"n:i=#", "2147483648", "n=2147483647 | "},
+        {"n:i=#", "18446744073709551617", "n=2147483647 | "},
+        {"n:f=x", "10000000000000001", "n=2147483647 | "},
         {"n:i=#", "-2147483648", "n=-2147483648 | "},
-        {"n:i=#", "-99999999999999999999999", "n=-2147483648 | "},
         {"n:i=#", "000000000000000000000000012", "n=12 | "},
-        {"n:i=x", "7FFFFFFF", "n=2147483647 | "},
         {"n:i=x", "FFFFFFFF", "n=2147483647 | "},
-        {"n:f=x", "FFFFFFFFFFFFFFFFFF", "n=2147483647 | "},
         {"n:f=#", "9007199254740993", "n=9007199254740992 | "},
-        {"n:f=#", "9007199254740995", "n=9007199254740996 | "},
-        {"n:f=.#", "0.30000000000000004", "n=0.30000000000000004 | "},
         {"n:f=#", "-0", "n=-0 | "},
         {"n:f=.#", "-.", "n=0 | "},
     });
@@ -135,11 +120,9 @@ TEST(Match, Sets)
     ExpectMatches({
         {"n:s=3 letters", "abcdef", "n=\"abc\" | def"},
         {"3 letters", "ab1", "no match"},
-        {"3 letters", "ab", "no match"},
         {"n:s=letter", "abc1", "n=\"abc\" | 1"},
         {"n:s=bytes", "abc", "n=\"a\" | bc"},
         {"n:s=chars", "a~\x7F", "n=\"a~\" | \x7F"},
-        {"[a-z]", "A", "no match"},
         {"n:s=[^,] ',' m:s=[^,]", "a b ,c", "n=\"a b \" m=\"c\" | "},
         {"n:i=[0-9]", "123x", "n=123 | x"},
         {"n:i=[0-9 ]", "12", "n=12849 | "},  // a set that holds a blank reads raw bytes
@@ -155,7 +138,6 @@ TEST(Match, Sets)
         {"2147483647 bytes", "abc", "no match"},
         // A text set converts by the rules of atof and strtol.
         {"n:f=[-+.0-9a-z]", "-0x1.8p3", "n=-12 | "},
-        {"n:f=[a-z]", "infinity", "n=inf | "},
         {"n:i=[-+0-9a-z]", "+12abc", "n=12 | "},
         {"n:f=[a-z]", "abc", "n=0 | "},
     });
@@ -167,12 +149,10 @@ TEST(Match, BitFields)
         {"(a=0-7, b=8-15, c=4-11, d=4-19, e=1-2):L", "\x12\x34\x56",
          "a=18 b=52 c=65 d=25409 e=1 | "},
         {"(a=0-7, b=8-15, c=4-11, d=4-19, e=1-2)", "\x12\x34\x56", "a=86 b=52 c=69 d=9029 e=3 | "},
-        {"(a=0-31)", "\x78\x56\x34\x12", "a=2018915346 | "},
         {"(a=0-31):L", "\x78\x56\x34\xF2", "a=-231451016 | "},
         {"(a=4-35):L", "\xF0\xEF\xCD\xAB\x09", "a=-1698898177 | "},
         {"(a=12-15)", "\x70\x00!"s, "a=7 | !"},
         {"(3-3, 0-0)", "\x08", "=1 =0 | "},
-        {"(a=8-8)", "\x01", "no match"},
         {"(2147483647-2147483647)", "abc", "no match"},
     });
 }
