@@ -1,19 +1,17 @@
 // Every example on the help page, run by the engine: what the page says is what happens.
 //
-// The page marks an example by the class of each <code>: a "pattern", then either its "error" or
-// cases: a "message" (text) or "bytes" (pairs of hexadecimal digits), its "result", and the "rest"
-// that is left over, if anything is. In a pattern with an error, <mark> holds what the dialog
-// marks; without one the place lies before the first character.
+// An example is told by the class of each <code>: a "pattern", then its "error" or cases: a "message"
+// or "bytes" (hexadecimal), the "result", and the "rest" that is left over, if anything is. In a
+// pattern with an error, <mark> holds what the dialog marks, if that isn't ahead of the string.
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <utility>
 
 #include "engine_support.h"
-
-using namespace NPattern;
 
 namespace {
 
@@ -22,75 +20,56 @@ constexpr int kShownDigits = 15;  // of a float: 34.2 and not 34.200000000000003
 
 struct Code {
     std::string mClass;
-    std::string mHtml;
+    std::string mText;
 };
 
+// The marked texts of the page, with one more that is empty.
 std::vector<Code> CodesOf(const std::string& page)
 {
     constexpr std::string_view kStart = "<code class=\"";
     std::vector<Code> codes;
     for (std::size_t at = 0; (at = page.find(kStart, at)) != std::string::npos;) {
         at += kStart.size();
-        const std::size_t content = page.find("\">", at);
-        const std::size_t end = page.find("</code>", content);
-        codes.push_back(
-            {page.substr(at, content - at), page.substr(content + 2, end - content - 2)});
+        const std::size_t content = page.find("\">", at) + 2;
+        std::string text = page.substr(content, page.find("</code>", content) - content);
+        for (const auto& [entity, meant] : {std::pair{"&lt;", "<"}, {"&gt;", ">"}, {"&amp;", "&"}})
+            text = std::regex_replace(text, std::regex(entity), meant);
+        codes.push_back({page.substr(at, content - 2 - at), text});
     }
-    codes.emplace_back();  // there is always a next one to look at
+    codes.emplace_back();
     return codes;
 }
 
-// The text that a browser shows.
-std::string TextOf(std::string html)
-{
-    constexpr const char* kReplacements[][2] = {
-        {"<[^>]*>", ""}, {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}};
-    for (const auto& [from, to] : kReplacements) {
-        html = std::regex_replace(html, std::regex(from), to);
-    }
-    return html;
-}
-
 // The bytes meant by the page's notation for messages and results.
-std::string BytesOf(const std::string& text)
+std::string BytesOf(const std::string& shown)
 {
-    static const std::regex kNotation(R"(\\x([0-9A-F]{2})|\\([rnt\\])|\xE2\x90\xA3)");
+    const std::string text = std::regex_replace(shown, std::regex("\u2423"), " ");
     std::string bytes;
-    auto rest = text.begin();
-    for (std::sregex_iterator it(text.begin(), text.end(), kNotation), end; it != end; ++it) {
-        const std::smatch& match = *it;
-        bytes.append(rest, match[0].first);
-        rest = match[0].second;
-        if (match[1].matched) {
-            bytes += static_cast<char>(std::stoi(match[1], nullptr, 16));
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\') {
+            bytes += text[i];
+        } else if (text.at(++i) == 'x') {
+            bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+            i += 2;
         } else {
-            bytes += match[2].matched ? "\r\n\t\\"[std::string("rnt\\").find(match[2])] : ' ';
+            bytes += std::string("\r\n\t\\").at(std::string("rnt\\").find(text[i]));
         }
     }
-    return bytes.append(rest, text.end());
+    return bytes;
 }
 
-// "message @place [what is marked]", as the engine has it and as the page shows it.
-std::string ErrorOf(const std::string& pattern)
+// The message, and the pattern with its mark.
+std::string ErrorOf(std::string pattern)
 {
     try {
-        Pattern().SetPatternString(pattern);
-    } catch (const PatternSyntaxException& error) {
-        const int place = error.mPosition;
-        const std::string marked = place < 0 ? ""
-                                             : pattern.substr(static_cast<std::size_t>(place),
-                                                              error.mOffendingText.size());
-        return error.mMessage + " @" + std::to_string(place) + " [" + marked + "]";
+        NPattern::Pattern().SetPatternString(pattern);
+    } catch (const NPattern::PatternSyntaxException& error) {
+        const auto place = static_cast<std::size_t>(error.mPosition);
+        const std::size_t end = place + error.mOffendingText.size();
+        if (error.mPosition >= 0) pattern.insert(end, "</mark>").insert(place, "<mark>");
+        return error.mMessage + " in " + pattern;
     }
     return "no error";
-}
-std::string ShownError(const std::string& patternHtml, const std::string& error)
-{
-    const std::size_t start = patternHtml.find("<mark>");
-    if (start == std::string::npos) return error + " @-1 []";
-    const std::string marked = patternHtml.substr(start, patternHtml.find("</mark>") - start);
-    const std::size_t place = TextOf(patternHtml.substr(0, start)).size();
-    return error + " @" + std::to_string(place) + " [" + TextOf(marked) + "]";
 }
 
 TEST(HelpPage, EveryExampleDoesWhatThePageSays)
@@ -99,33 +78,29 @@ TEST(HelpPage, EveryExampleDoesWhatThePageSays)
     const std::vector<Code> codes =
         CodesOf({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
     int examples = 0;
-    std::string patternHtml;
+    std::string pattern, marked;
     for (auto code = codes.begin(); code + 1 < codes.end(); ++code) {
         if (code->mClass == "pattern") {
-            patternHtml = code->mHtml;
-            EXPECT_NE(code[1].mClass, "pattern") << "an example of nothing: " << patternHtml;
+            marked = code->mText;
+            pattern = std::regex_replace(marked, std::regex("</?mark>"), "");
+            EXPECT_NE(code[1].mClass, "pattern") << "an example of nothing";
             continue;
         }
-        const std::string pattern = TextOf(patternHtml);
-        SCOPED_TRACE(pattern + "   " + TextOf(code->mHtml));
         ++examples;
+        SCOPED_TRACE(pattern + "   " + code->mText);
         if (code->mClass == "error") {
-            EXPECT_EQ(ShownError(patternHtml, BytesOf(TextOf(code->mHtml))), ErrorOf(pattern));
+            EXPECT_EQ(BytesOf(code->mText) + " in " + marked, ErrorOf(pattern));
             continue;
         }
         const bool hex = code->mClass == "bytes";
-        ASSERT_TRUE(hex || code->mClass == "message") << code->mClass;
-        static const std::regex kPair(" *([0-9A-F]{2})");
-        const std::string text = TextOf(code->mHtml);
-        const std::string message = BytesOf(hex ? std::regex_replace(text, kPair, "\\x$1") : text);
+        const std::string message = BytesOf(
+            hex ? std::regex_replace(code->mText, std::regex(" *(..)"), "\\x$1") : code->mText);
         ASSERT_EQ((++code)->mClass, "result");
-        std::string shown = BytesOf(TextOf(code->mHtml));
-        if (shown != "no match") {
-            if (shown == "match") shown.clear();
-            shown += " | ";
-            if (code[1].mClass == "rest") shown += BytesOf(TextOf((++code)->mHtml));
-        }
-        Pattern compiled;
+        std::string shown = BytesOf(code->mText);
+        if (shown == "match") shown.clear();
+        if (shown != "no match") shown += " | ";
+        if (code[1].mClass == "rest") shown += BytesOf((++code)->mText);
+        NPattern::Pattern compiled;
         ASSERT_NO_THROW(compiled.SetPatternString(pattern));
         EXPECT_EQ(shown, MatchResult(compiled, message, kShownDigits));
     }
