@@ -1,7 +1,7 @@
 // Every example on the help page, run by the engine: what the page says is what happens.
 //
-// An example is told by the class of each <code>: a "pattern", then its "error" or cases: a "message"
-// or "bytes" (hexadecimal), the "result", and the "rest" that is left over, if anything is. In a
+// The class of a <code> says what it is: a "pattern", then its "error" or cases: a "message" or
+// "bytes" (hexadecimal), its "result", and the "rest" that is left over, if anything is. In a
 // pattern with an error, <mark> holds what the dialog marks, if that isn't ahead of the string.
 
 #include <gtest/gtest.h>
