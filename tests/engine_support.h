@@ -36,11 +36,11 @@ class Message {
     std::uint32_t mLength;
 };
 
-// "t=23.5 h=41" with strings in quotes: the captures in their order.
-inline std::string Show(const std::vector<NPattern::Parameter>& parameters)
+// "t=23.5 h=41" with strings in quotes: the captures in their order. digits: of a float.
+inline std::string Show(const std::vector<NPattern::Parameter>& parameters, int digits = 17)
 {
     std::ostringstream text;
-    text.precision(17);
+    text.precision(digits);
     for (const NPattern::Parameter& parameter : parameters) {
         text << (text.tellp() > 0 ? " " : "") << parameter.mName << '=';
         switch (parameter.mType) {
@@ -53,14 +53,14 @@ inline std::string Show(const std::vector<NPattern::Parameter>& parameters)
 }
 
 // The captures and, behind " | ", the bytes left; "no match" without one.
-inline std::string MatchResult(NPattern::Pattern& pattern, std::string_view text)
+inline std::string MatchResult(NPattern::Pattern& pattern, std::string_view text, int digits = 17)
 {
     const Message message(text);
     const NPattern::Byte* const rest = pattern.Match(message.Data(), message.Length());
     if (rest == nullptr) return "no match";
     std::vector<NPattern::Parameter> parameters;
     pattern.CollectParameters(parameters);
-    return Show(parameters) + " | " + message.From(rest);
+    return Show(parameters, digits) + " | " + message.From(rest);
 }
 
 // What the elements dump, with the 16 rows of a set of bytes put as ranges: "{41-5A 61}".
