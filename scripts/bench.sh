@@ -16,4 +16,8 @@ measure() {
         --benchmark_out="build/bench/$1.json" >/dev/null
 }
 measure messages_bench 15
+measure shell_bench 9
+measure growth_bench 5
 python3 bench/report.py build/bench
+echo
+python3 bench/curves.py build/bench/growth_bench.json build/bench/growth.svg
