@@ -28,7 +28,7 @@ void MeasureMatching(benchmark::State& state, const std::string& parsingString,
     pattern.SetPatternString(parsingString);
     std::vector<NPattern::Parameter> parameters;
     const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.data());
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (pattern.Match(data, static_cast<std::uint32_t>(message.size())) == nullptr) {
             state.SkipWithError("no match");
             break;
@@ -40,7 +40,7 @@ void MeasureMatching(benchmark::State& state, const std::string& parsingString,
 
 void MeasureCompiling(benchmark::State& state, const std::string& parsingString, bool good)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         NPattern::Pattern pattern;
         bool compiled = true;
         try {
@@ -84,7 +84,7 @@ void Delivery(benchmark::State& state, std::size_t size)
     host.SetParsingString("'T=' t:float=.# 'H=' h:integer=# 'P=' p:integer=#");
     host.SetEomChar('\n');
     const std::string delivery = CountingHost::TextValue(Repeated(message, size / message.size()));
-    for (auto _ : state) host.Deliver(delivery);
+    while (state.KeepRunning()) host.Deliver(delivery);
     if (host.SetValues() == 0) state.SkipWithError("nothing came out");
 }
 
@@ -111,7 +111,7 @@ void Outputs(benchmark::State& state, std::size_t size)
 {
     CountingHost host;
     const std::string parsingString = Repeated("n:integer=3# ", size);
-    for (auto _ : state) host.SetParsingString(parsingString);
+    while (state.KeepRunning()) host.SetParsingString(parsingString);
 }
 
 struct Curve {

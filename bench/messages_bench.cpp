@@ -81,7 +81,7 @@ void MeasureParsing(benchmark::State& state, const MessageSet& set, Peer& ioPeer
     const std::size_t before = AllocationCount();
     ParseAll(set, ioPeer);
     const std::size_t allocations = AllocationCount() - before;
-    for (auto _ : state) ParseAll(set, ioPeer);
+    while (state.KeepRunning()) ParseAll(set, ioPeer);
 
     const auto messages = static_cast<double>(set.mMessages.size());
     state.counters["messages"] = messages;
@@ -106,7 +106,7 @@ void AddCompiling(WorkloadIndex index, const char* peerName, const std::string& 
 {
     const std::string name = std::string(kWorkloads.at(index).mName) + "/compile/" + peerName;
     benchmark::RegisterBenchmark(name.c_str(), [pattern](auto& state) {
-        for (auto _ : state) benchmark::DoNotOptimize(Peer(pattern));
+        while (state.KeepRunning()) benchmark::DoNotOptimize(Peer(pattern));
     });
 }
 

@@ -63,7 +63,7 @@ void MeasureEngine(benchmark::State& state, const Workload& workload,
     std::vector<NPattern::Parameter> parameters;
     std::size_t matched = 0;
     std::size_t values = 0;
-    for (auto _ : state) values = RunEngine(messages, pattern, parameters, matched);
+    while (state.KeepRunning()) values = RunEngine(messages, pattern, parameters, matched);
     state.counters["messages"] = static_cast<double>(messages.size());
     state.counters["values"] = static_cast<double>(values);
     state.counters["matched"] = static_cast<double>(matched);
@@ -77,7 +77,7 @@ void MeasureShell(benchmark::State& state, const Workload& workload, const std::
     host.SetParsingString(workload.mParsingString);
     host.SetEomChar(eomChar);
     std::size_t deliveries = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         host.Deliver(delivery);
         ++deliveries;
     }

@@ -66,7 +66,7 @@ inline void Read(std::string_view text, std::string& outValue)
 inline void Read(std::string_view bytes, PacketBits& outValue)
 {
     std::uint32_t bits = 0;
-    for (int i = 0; i < 4; ++i) bits = bits << 8 | static_cast<unsigned char>(bytes[i]);
+    for (const char byte : bytes) bits = bits << 8 | static_cast<unsigned char>(byte);
     const auto field = [bits](int first, int width) {
         return static_cast<std::int32_t>(bits >> first & ((1U << width) - 1));
     };
