@@ -1,0 +1,131 @@
+"""Draws the growth curves as one SVG, and prints how each grows.
+
+Arguments: the JSON file of growth_bench, and the SVG file to write.
+"""
+
+import math
+import pathlib
+import sys
+
+from report import load_medians, print_table
+
+# Name of the curve, title, what the sizes count.
+CURVES = [
+    ("message", "A message taken by a set", "bytes in the message"),
+    ("line", "A message taken by eol", "bytes in the message"),
+    ("elements", "Elements, one byte for each", "elements"),
+    ("captures", "Captures, three digits for each", "captures"),
+    ("delivery", "One delivery, 19 bytes a message", "bytes delivered"),
+    ("compile", "Compiling", "bytes in the parsing string"),
+    ("failing", "Compiling up to a wrong last byte", "bytes in the parsing string"),
+    ("outputs", "Rebuilding the outputs", "outputs"),
+]
+COLUMNS = 4
+PANEL_WIDTH, PANEL_HEIGHT = 300, 240
+LEFT, RIGHT, TOP, BOTTOM = 62, 16, 34, 46
+INK, FAINT, LINE = "#222", "#ddd", "#1f5fa8"
+
+
+def exponent(points):
+    """The slope of the logarithms, by least squares over the upper half of the points."""
+    upper = [(math.log(x), math.log(y)) for x, y in points[len(points) // 2:]]
+    mean_x = sum(x for x, _ in upper) / len(upper)
+    mean_y = sum(y for _, y in upper) / len(upper)
+    return (sum((x - mean_x) * (y - mean_y) for x, y in upper)
+            / sum((x - mean_x) ** 2 for x, _ in upper))
+
+
+def count_text(value):
+    for limit, suffix in ((1e6, "M"), (1e3, "k")):
+        if value >= limit:
+            return f"{value / limit:g}{suffix}"
+    return f"{value:g}"
+
+
+def time_text(nanoseconds):
+    for limit, unit in ((1e9, "s"), (1e6, "ms"), (1e3, "µs")):
+        if nanoseconds >= limit:
+            return f"{nanoseconds / limit:g} {unit}"
+    return f"{nanoseconds:g} ns"
+
+
+def text(x, y, content, anchor="middle", size=11, weight="normal"):
+    return (f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}" font-size="{size}" '
+            f'font-weight="{weight}" fill="{INK}">{content}</text>')
+
+
+def line(x1, y1, x2, y2, style):
+    return f'<line x1="{x1:.1f}" y1="{y1:.1f}" x2="{x2:.1f}" y2="{y2:.1f}" {style}/>'
+
+
+class Axis:
+    """A logarithmic axis over whole decades, from start to end in pixels."""
+
+    def __init__(self, values, start, end):
+        self.low = math.floor(math.log10(min(values)) + 1e-9)
+        self.high = max(math.ceil(math.log10(max(values)) - 1e-9), self.low + 1)
+        self.start, self.end = start, end
+
+    def place(self, value):
+        share = (math.log10(value) - self.low) / (self.high - self.low)
+        return self.start + share * (self.end - self.start)
+
+    def ticks(self):
+        return [10.0 ** power for power in range(self.low, self.high + 1)]
+
+
+def panel(left, top, title, unit, points):
+    x = Axis([p[0] for p in points], left + LEFT, left + PANEL_WIDTH - RIGHT)
+    y = Axis([p[1] for p in points], top + PANEL_HEIGHT - BOTTOM, top + TOP)
+    parts = [text(x.start, top + 18, title, "start", 13, "bold")]
+    for tick in x.ticks():
+        parts.append(line(x.place(tick), y.start, x.place(tick), y.end, f'stroke="{FAINT}"'))
+        parts.append(text(x.place(tick), y.start + 15, count_text(tick)))
+    for tick in y.ticks():
+        parts.append(line(x.start, y.place(tick), x.end, y.place(tick), f'stroke="{FAINT}"'))
+        parts.append(text(x.start - 6, y.place(tick) + 4, time_text(tick), "end"))
+    parts.append(text((x.start + x.end) / 2, y.start + 33, unit))
+
+    # Through the last point: what is exactly linear, as far as it stays in the panel.
+    last_x, last_y = points[-1]
+    first_x = max(points[0][0], last_x * 10.0 ** y.low / last_y)
+    parts.append(line(x.place(first_x), y.place(last_y * first_x / last_x), x.place(last_x),
+                      y.place(last_y), f'stroke="{INK}" stroke-dasharray="3 4"'))
+    places = [(x.place(a), y.place(b)) for a, b in points]
+    parts.append(f'<polyline fill="none" stroke="{LINE}" stroke-width="2" points="'
+                 + " ".join(f"{a:.1f},{b:.1f}" for a, b in places) + '"/>')
+    parts += [f'<circle cx="{a:.1f}" cy="{b:.1f}" r="3" fill="{LINE}"/>' for a, b in places]
+    parts.append(text(x.end - 6, y.start - 8, f"exponent {exponent(points):.2f}", "end", 12))
+    return parts
+
+
+def picture(curves):
+    rows = math.ceil(len(curves) / COLUMNS)
+    width, height = COLUMNS * PANEL_WIDTH, rows * PANEL_HEIGHT + 30
+    parts = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
+             f'width="{width}" height="{height}" font-family="sans-serif">',
+             f'<rect width="{width}" height="{height}" fill="white"/>']
+    for i, (title, unit, points) in enumerate(curves):
+        parts += panel(i % COLUMNS * PANEL_WIDTH, i // COLUMNS * PANEL_HEIGHT, title, unit, points)
+    parts.append(text(LEFT, height - 10, "Processor time against size, both logarithmic. Dashed: "
+                      "linear. Exponent: fitted over the upper half of the sizes.", "start"))
+    return "\n".join(parts + ["</svg>"]) + "\n"
+
+
+def main(source, target):
+    medians = load_medians(pathlib.Path(source))
+    curves, rows = [], []
+    for name, title, unit in CURVES:
+        points = sorted((int(run.split("/")[1]), median["cpu_time"])
+                        for run, median in medians.items() if run.startswith(name + "/"))
+        curves.append((title, unit, points))
+        (low, _), (high, most) = points[0], points[-1]
+        rows.append([title, f"{low} to {high} {unit}", f"{most / high:.3g}",
+                     f"{exponent(points):.2f}"])
+    pathlib.Path(target).write_text(picture(curves), encoding="utf-8")
+    print("Growth: time at the largest size over that size, and the exponent, 1 being linear.\n")
+    print_table(["curve", "sizes", "ns each", "exponent"], rows)
+    print(f"\nThe curves: {target}")
+
+
+main(*sys.argv[1:])

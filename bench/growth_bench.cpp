@@ -1,0 +1,156 @@
+// How cost grows: each benchmark is one point of a curve, named curve/size.
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "Common/Pattern/pattern_element.h"
+#include "counting_host.h"
+
+namespace NBench {
+
+namespace {
+
+std::string Repeated(const std::string& text, std::size_t count)
+{
+    std::string result;
+    result.reserve(text.size() * count);
+    while (count-- > 0) result += text;
+    return result;
+}
+
+void MeasureMatching(benchmark::State& state, const std::string& parsingString,
+                     const std::string& message)
+{
+    NPattern::Pattern pattern;
+    pattern.SetPatternString(parsingString);
+    std::vector<NPattern::Parameter> parameters;
+    const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.data());
+    while (state.KeepRunning()) {
+        if (pattern.Match(data, static_cast<std::uint32_t>(message.size())) == nullptr) {
+            state.SkipWithError("no match");
+            break;
+        }
+        pattern.CollectParameters(parameters);
+        benchmark::ClobberMemory();
+    }
+}
+
+void MeasureCompiling(benchmark::State& state, const std::string& parsingString, bool good)
+{
+    while (state.KeepRunning()) {
+        NPattern::Pattern pattern;
+        bool compiled = true;
+        try {
+            pattern.SetPatternString(parsingString);
+        } catch (const NPattern::PatternException&) {
+            compiled = false;
+        }
+        if (compiled != good) {
+            state.SkipWithError("compiled otherwise than expected");
+            break;
+        }
+    }
+}
+
+// A message as long as size says, taken by a run of letters.
+void MessageLength(benchmark::State& state, std::size_t size)
+{
+    MeasureMatching(state, "text:string=letters", std::string(size, 'a'));
+}
+
+void LineLength(benchmark::State& state, std::size_t size)
+{
+    MeasureMatching(state, "text:string=eol", std::string(size, 'a'));
+}
+
+// One byte for each of size elements, which capture nothing.
+void Elements(benchmark::State& state, std::size_t size)
+{
+    MeasureMatching(state, Repeated("byte ", size), std::string(size, 'a'));
+}
+
+void Captures(benchmark::State& state, std::size_t size)
+{
+    MeasureMatching(state, Repeated("n:integer=3# ", size), Repeated("123", size));
+}
+
+void Delivery(benchmark::State& state, std::size_t size)
+{
+    const std::string message = "T=23.5 H=41 P=1013\n";
+    CountingHost host;
+    host.SetParsingString("'T=' t:float=.# 'H=' h:integer=# 'P=' p:integer=#");
+    host.SetEomChar('\n');
+    const std::string delivery = CountingHost::TextValue(Repeated(message, size / message.size()));
+    while (state.KeepRunning()) host.Deliver(delivery);
+    if (host.SetValues() == 0) state.SkipWithError("nothing came out");
+}
+
+// A parsing string of just so many bytes.
+std::string ParsingStringOf(std::size_t size)
+{
+    const std::string piece = "'a,' # ";
+    std::string text = Repeated(piece, size / piece.size());
+    return text + std::string(size - text.size(), ' ');
+}
+
+void Compile(benchmark::State& state, std::size_t size)
+{
+    MeasureCompiling(state, ParsingStringOf(size), true);
+}
+
+// A closing bracket that nothing opened, as the last byte.
+void FailingCompile(benchmark::State& state, std::size_t size)
+{
+    MeasureCompiling(state, ParsingStringOf(size - 1) + "]", false);
+}
+
+void Outputs(benchmark::State& state, std::size_t size)
+{
+    CountingHost host;
+    const std::string parsingString = Repeated("n:integer=3# ", size);
+    while (state.KeepRunning()) host.SetParsingString(parsingString);
+}
+
+struct Curve {
+    const char* mName;
+    void (*mMeasure)(benchmark::State& state, std::size_t size);
+    std::vector<std::size_t> mSizes;
+};
+
+const std::vector<Curve> kCurves = {
+    {"message", MessageLength, {16, 32, 64, 128, 256, 512, 1024, 1536, 2048}},
+    {"line", LineLength, {16, 32, 64, 128, 256, 512, 1024, 1536, 2048}},
+    {"elements", Elements, {1, 3, 10, 30, 100, 300, 600, 1000, 2000}},
+    {"captures", Captures, {1, 3, 10, 30, 100, 200, 400, 800, 1350}},
+    {"delivery",
+     Delivery,
+     {1 << 10, 1 << 12, 1 << 14, 1 << 16, 1 << 18, 1 << 20, 1 << 22, 1 << 24, 1 << 26}},
+    {"compile", Compile, {10, 32, 100, 316, 1000, 3162, 10000, 31623, 100000, 316228, 1 << 20}},
+    {"failing",
+     FailingCompile,
+     {10, 32, 100, 316, 1000, 3162, 10000, 31623, 100000, 316228, 1 << 20}},
+    {"outputs", Outputs, {1, 3, 10, 30, 100, 200, 400, 800, 1350}},
+};
+
+}  // namespace
+
+}  // namespace NBench
+
+int main(int argc, char** argv)
+{
+    using namespace NBench;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    for (const Curve& curve : kCurves) {
+        for (const std::size_t size : curve.mSizes) {
+            const std::string name = std::string(curve.mName) + "/" + std::to_string(size);
+            benchmark::RegisterBenchmark(name.c_str(), [measure = curve.mMeasure, size](
+                                                           auto& state) { measure(state, size); });
+        }
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,152 @@
+// Time for each message, and to compile what matches it: the engine against its peers, workload by
+// workload. A peer whose values differ from the engine's on any message isn't timed.
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "allocations.h"
+#include "peers.h"
+#include "plain_parsers.h"
+#include "workloads.h"
+
+namespace NBench {
+
+namespace {
+
+constexpr std::size_t kMessageCount = 10000;
+
+// Pieces of the regular expressions. They take what the engine takes of messages that a device
+// sends, and are otherwise written so that each peer is at its fastest: never two ways to read the
+// same bytes, which is what RE2 needs.
+const std::string kFloat = R"(\s*([-+]?[0-9]+(?:\.[0-9]*)?)\s*)";
+const std::string kInteger = R"(\s*([-+]?[0-9]+)\s*)";
+const std::string kHexByte = R"(\s+([0-9A-Fa-f]{1,2}))";
+
+const std::array<std::string, kWorkloadCount> kRegexes = {
+    "T=" + kFloat + "H=" + kInteger + "P=" + kInteger,
+    R"(\$GPGGA,)" + kFloat + "," + kFloat + R"(,\s*([NS])\s*,)" + kFloat + R"(,\s*([EW])\s*,)" +
+        kInteger + "," + kInteger + "," + kFloat + "," + kFloat + ",M,",
+    R"(ID\s*([0-9A-Fa-f]+)\s+DATA)" + kHexByte + kHexByte + kHexByte,
+    R"(/[sS][eE][tT]\s*"\s*([A-Za-z0-9_]+)\s*"\s*[aA][tT])" + kFloat + R"((\S[^\r\n]*[\r\n]*))",
+    R"(\xAA\x55([\s\S]{4})([\s\S]{2}))",
+    R"(\$GPHDT,)" + kFloat + R"(,T\*([0-9A-Fa-f]{1,2}))",
+};
+
+template <typename Record, bool (*kParse)(const Message&, Record&)>
+class PlainPeer {
+  public:
+    bool Parse(const Message& message) { return kParse(message, mRecord); }
+    const Record& Values() const { return mRecord; }
+
+  private:
+    Record mRecord;
+};
+
+template <typename Record>
+using HandPeer = PlainPeer<Record, static_cast<bool (*)(const Message&, Record&)>(ParseByHand)>;
+template <typename Record>
+using ScanfPeer = PlainPeer<Record, static_cast<bool (*)(const Message&, Record&)>(ParseByScanf)>;
+
+template <typename Record, typename Peer>
+void RequireSameValues(const std::string& name, const MessageSet& set, const std::string& pattern,
+                       Peer& ioPeer)
+{
+    EnginePeer<Record> engine(pattern);
+    for (const Message& message : set.mMessages) {
+        const bool matched = engine.Parse(message);
+        if (ioPeer.Parse(message) != matched || (matched && ioPeer.Values() != engine.Values())) {
+            Fail(name + " doesn't agree with the engine on " +
+                 std::string(message.mText, message.mLength));
+        }
+    }
+}
+
+template <typename Peer>
+void ParseAll(const MessageSet& set, Peer& ioPeer)
+{
+    for (const Message& message : set.mMessages) {
+        benchmark::DoNotOptimize(ioPeer.Parse(message));
+        benchmark::ClobberMemory();
+    }
+}
+
+// One iteration parses all messages. The values were checked, and memory was filled, before.
+template <typename Peer>
+void MeasureParsing(benchmark::State& state, const MessageSet& set, Peer& ioPeer)
+{
+    const std::size_t before = AllocationCount();
+    ParseAll(set, ioPeer);
+    const std::size_t allocations = AllocationCount() - before;
+    while (state.KeepRunning()) ParseAll(set, ioPeer);
+
+    const auto messages = static_cast<double>(set.mMessages.size());
+    state.counters["messages"] = messages;
+    state.counters["allocations"] = static_cast<double>(allocations) / messages;
+}
+
+template <typename Record, typename Peer, typename... Pattern>
+void AddParsing(WorkloadIndex index, const char* peerName, std::shared_ptr<const MessageSet> set,
+                const Pattern&... pattern)
+{
+    const Workload& workload = kWorkloads.at(index);
+    const std::string name = std::string(workload.mName) + "/" + peerName;
+    const auto peer = std::make_shared<Peer>(pattern...);
+    RequireSameValues<Record>(name, *set, workload.mParsingString, *peer);
+    benchmark::RegisterBenchmark(name.c_str(), [set = std::move(set), peer](auto& state) {
+        MeasureParsing(state, *set, *peer);
+    });
+}
+
+template <typename Peer>
+void AddCompiling(WorkloadIndex index, const char* peerName, const std::string& pattern)
+{
+    const std::string name = std::string(kWorkloads.at(index).mName) + "/compile/" + peerName;
+    benchmark::RegisterBenchmark(name.c_str(), [pattern](auto& state) {
+        while (state.KeepRunning()) benchmark::DoNotOptimize(Peer(pattern));
+    });
+}
+
+template <typename Record>
+void AddWorkload(WorkloadIndex index)
+{
+    const std::string parsingString = kWorkloads.at(index).mParsingString;
+    const std::string& regex = kRegexes.at(index);
+    const auto set =
+        std::make_shared<const MessageSet>(MakeMessages(kWorkloads.at(index), kMessageCount, '\0'));
+
+    AddParsing<Record, EnginePeer<Record>>(index, "engine", set, parsingString);
+    AddParsing<Record, Pcre2Peer<Record>>(index, "pcre2", set, regex);
+    AddParsing<Record, Re2Peer<Record>>(index, "re2", set, regex);
+    AddParsing<Record, StdRegexPeer<Record>>(index, "regex", set, regex);
+    if constexpr (!std::is_same_v<Record, PacketRecord>) {
+        AddParsing<Record, ScanfPeer<Record>>(index, "sscanf", set);
+    }
+    AddParsing<Record, HandPeer<Record>>(index, "hand", set);
+
+    AddCompiling<EnginePeer<Record>>(index, "engine", parsingString);
+    AddCompiling<Pcre2Peer<Record>>(index, "pcre2", regex);
+    AddCompiling<Re2Peer<Record>>(index, "re2", regex);
+}
+
+}  // namespace
+
+}  // namespace NBench
+
+int main(int argc, char** argv)
+{
+    using namespace NBench;
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    AddWorkload<SensorRecord>(kSensor);
+    AddWorkload<PositionRecord>(kPosition);
+    AddWorkload<HexDataRecord>(kHexData);
+    AddWorkload<CommandRecord>(kCommand);
+    AddWorkload<PacketRecord>(kPacket);
+    AddWorkload<HeadingRecord>(kHeading);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
