@@ -273,12 +273,9 @@ const Byte* BytesetElement::Match(const Byte* data, std::uint32_t length)
     while (run < most && mMembers[data[run]] != 0) ++run;
     if (run < wanted) return nullptr;
 
-    if (mBinary) {
-        mParameter.SetBinaryValue(data, run);
-    } else {
-        mParameter.SetTextValue(data, run, false);
-    }
-    return data + run;
+    const Byte* const end = data + run;
+    if (mParameter.mType == kTypeNone) return end;
+    return mBinary ? CaptureBytes(data, end) : CaptureText(data, end, false);
 }
 
 }  // namespace NPattern

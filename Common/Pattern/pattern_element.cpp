@@ -161,15 +161,11 @@ void Overwrite(Parameter& ioEntry, const Parameter& parameter)
         ioEntry = parameter;
         return;
     }
-    switch (parameter.mType) {
-        case kTypeString:
-            AssignBytes(ioEntry.mStringValue, parameter.mStringValue.data(),
-                        parameter.mStringValue.size());
-            break;
-        case kTypeFloat: ioEntry.mFloatValue = parameter.mFloatValue; break;
-        case kTypeLInteger:
-        case kTypeBInteger: ioEntry.mIntValue = parameter.mIntValue; break;
-        case kTypeNone: break;
+    ioEntry.mIntValue = parameter.mIntValue;
+    ioEntry.mFloatValue = parameter.mFloatValue;
+    if (parameter.mType == kTypeString) {
+        AssignBytes(ioEntry.mStringValue, parameter.mStringValue.data(),
+                    parameter.mStringValue.size());
     }
 }
 
@@ -312,6 +308,18 @@ void Element::ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& i
     }
     mParameter.mType = found->mType;
     ioCursor = behind;
+}
+
+const Byte* Element::CaptureText(const Byte* data, const Byte* end, bool hex)
+{
+    mParameter.SetTextValue(data, static_cast<std::uint32_t>(end - data), hex);
+    return end;
+}
+
+const Byte* Element::CaptureBytes(const Byte* data, const Byte* end)
+{
+    mParameter.SetBinaryValue(data, static_cast<std::uint32_t>(end - data));
+    return end;
 }
 
 void WhitespaceElement::Dump(std::FILE* stream) const

@@ -117,6 +117,11 @@ class Element {
     // it. Throws PatternException for a type word that begins no type.
     void ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor);
 
+    // Store what lies from data up to end, which must not be empty, and give end: with them a match
+    // ends in a call that needs nothing kept, which is a third of the cost of a short one.
+    const Byte* CaptureText(const Byte* data, const Byte* end, bool hex);
+    const Byte* CaptureBytes(const Byte* data, const Byte* end);
+
     // The column with which every dump starts.
     char BinaryMark() const { return IsBinary() ? 'B' : 'T'; }
 

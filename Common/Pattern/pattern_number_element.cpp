@@ -135,13 +135,12 @@ const Byte* NumberElement::Match(const Byte* data, std::uint32_t length)
 const Byte* NumberElement::MatchHex(const Byte* data, const Byte* end)
 {
     const DigitRun run = TakeDigits<16>(data, end, mIntegerDigits, 0);
-    const std::ptrdiff_t digits = run.mEnd - data;
-    if (digits == 0) return nullptr;
-    if (mParameter.mType == kTypeString || digits > kMostQuickHexDigits) {
-        mParameter.SetTextValue(data, static_cast<std::uint32_t>(digits), true);
-    } else {
-        mParameter.SetIntegerValue(static_cast<std::uint32_t>(Clamped(run.mValue, false)));
+    if (run.mEnd == data) return nullptr;
+    const bool isInteger = mParameter.mType == kTypeLInteger || mParameter.mType == kTypeBInteger;
+    if (!isInteger || run.mEnd - data > kMostQuickHexDigits) {
+        return CaptureText(data, run.mEnd, true);
     }
+    mParameter.mIntValue = Clamped(run.mValue, false);
     return run.mEnd;
 }
 
@@ -181,8 +180,7 @@ const Byte* NumberElement::MatchDecimal(const Byte* data, const Byte* end)
         case kTypeString:
         case kTypeNone: break;
     }
-    mParameter.SetTextValue(data, static_cast<std::uint32_t>(all.mEnd - data), false);
-    return all.mEnd;
+    return CaptureText(data, all.mEnd, false);
 }
 
 }  // namespace NPattern

@@ -42,11 +42,12 @@ void StringElement::Dump(std::FILE* stream) const
 
 const Byte* StringElement::Match(const Byte* data, std::uint32_t length)
 {
-    if (length < mMatchText.size() || !HeadFits(data, length)) return nullptr;
-    if (mHeadLength < mMatchText.size() && !TailFits(data)) return nullptr;
-    const auto textLength = static_cast<std::uint32_t>(mMatchText.size());
-    mParameter.SetTextValue(data, textLength, false);
-    return data + textLength;
+    if (length < mMatchText.size()) return nullptr;
+    std::uint64_t word = 0;
+    if (length < sizeof word) return MatchBytes(data, 0);
+    std::memcpy(&word, data, sizeof word);
+    if ((((word | mHeadFold) ^ mHead) & mHeadMask) != 0) return nullptr;
+    return mHeadIsAll ? data + mMatchText.size() : MatchBytes(data, mHeadLength);
 }
 
 void StringElement::PrepareHead()
@@ -58,8 +59,8 @@ void StringElement::PrepareHead()
     Byte head[kWordSize] = {};
     Byte fold[kWordSize] = {};
     Byte mask[kWordSize] = {};
-    mHeadLength = static_cast<std::uint32_t>(std::min(mMatchText.size(), kWordSize));
-    for (std::uint32_t i = 0; i < mHeadLength; ++i) {
+    mHeadLength = std::min(mMatchText.size(), kWordSize);
+    for (std::size_t i = 0; i < mHeadLength; ++i) {
         const auto b = static_cast<Byte>(mMatchText[i]);
         fold[i] = !mCaseSensitive && IsAlpha(b) ? kCaseBit : 0;
         head[i] = b | fold[i];
@@ -68,30 +69,21 @@ void StringElement::PrepareHead()
     std::memcpy(&mHead, head, kWordSize);
     std::memcpy(&mHeadFold, fold, kWordSize);
     std::memcpy(&mHeadMask, mask, kWordSize);
+    mHeadIsAll = mHeadLength == mMatchText.size() && mParameter.mType == kTypeNone;
 }
 
-bool StringElement::HeadFits(const Byte* data, std::uint32_t length) const
+// start: what stands before it in the text is known to fit.
+const Byte* StringElement::MatchBytes(const Byte* data, std::size_t start)
 {
-    std::uint64_t word = 0;
-    if (length >= sizeof word) {
-        std::memcpy(&word, data, sizeof word);
-    } else {
-        std::memcpy(&word, data, length);
-    }
-    return (((word | mHeadFold) ^ mHead) & mHeadMask) == 0;
-}
-
-bool StringElement::TailFits(const Byte* data) const
-{
-    for (std::size_t i = mHeadLength; i < mMatchText.size(); ++i) {
+    for (std::size_t i = start; i < mMatchText.size(); ++i) {
         const Byte found = data[i];
         const auto wanted = static_cast<Byte>(mMatchText[i]);
         if (found == 0 && wanted == 0) break;
-        if (found == 0 || wanted == 0) return false;
+        if (found == 0 || wanted == 0) return nullptr;
         const bool equal = mCaseSensitive ? found == wanted : ToLower(found) == ToLower(wanted);
-        if (!equal && wanted != kWildcardByte) return false;
+        if (!equal && wanted != kWildcardByte) return nullptr;
     }
-    return true;
+    return CaptureText(data, data + mMatchText.size(), false);
 }
 
 }  // namespace NPattern

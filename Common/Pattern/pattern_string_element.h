@@ -21,8 +21,7 @@ class StringElement final : public Element {
 
   private:
     void PrepareHead();
-    bool HeadFits(const Byte* data, std::uint32_t length) const;
-    bool TailFits(const Byte* data) const;
+    const Byte* MatchBytes(const Byte* data, std::size_t start);
 
     std::string mMatchText;  // never empty; kWildcardByte stands for any byte but NUL
     bool mCaseSensitive = false;
@@ -30,9 +29,10 @@ class StringElement final : public Element {
     // The first bytes of the text, as many as a word holds, are compared in one step: most messages
     // that don't match differ there. Bytes as they lie in memory.
     std::uint64_t mHead = 0;
-    std::uint64_t mHeadFold = 0;    // set in a message before it is compared: case is ignored
-    std::uint64_t mHeadMask = 0;    // what of the word counts
-    std::uint32_t mHeadLength = 0;  // 0 for a text that holds a wildcard or a NUL
+    std::uint64_t mHeadFold = 0;  // set in a message before it is compared: case is ignored
+    std::uint64_t mHeadMask = 0;  // what of the word counts
+    std::size_t mHeadLength = 0;  // 0 for a text that holds a wildcard or a NUL
+    bool mHeadIsAll = false;      // nothing is left to compare, and nothing to capture
 };
 
 }  // namespace NPattern
