@@ -39,8 +39,11 @@ constexpr const char* kTypeSuffixes[] = {":STRING", ":FLOAT", ":LINTEGER", ":BIN
 // after message brings, and cheaper than an assignment.
 void AssignBytes(std::string& outText, const char* bytes, std::size_t size)
 {
-    if (outText.size() != size) outText.resize(size);
-    std::copy_n(bytes, size, outText.data());
+    if (outText.size() == size) {
+        std::copy_n(bytes, size, outText.data());
+    } else {
+        outText.assign(bytes, size);
+    }
 }
 
 template <typename Character>
