@@ -117,7 +117,7 @@ struct HostOperations {
 
     static void Blame(const std::string& fault) { sHost->mViolations.push_back(fault); }
 
-    static void Demand(bool held, const std::string& fault)
+    static void Demand(bool held, const char* fault)
     {
         if (!held) Blame(fault);
     }
