@@ -54,6 +54,12 @@ struct OutputDefinition {
         FillOutputValue(context, parameter, mInitial);
     }
 
+    // For a definition that the host isn't given: takes its string back.
+    void Discard(const HostContext* context)
+    {
+        if (mKind.mTag == kValueString) context->mCallbacks->ReleaseStringValue(&mInitial);
+    }
+
     const char* mName;
     const OutputKind& mKind;
     HostValue mMinimum;
@@ -88,7 +94,7 @@ std::size_t RemoveSurplus(const HostContext* context, const ActorInfo* info, std
         CountOutputs(context, info, propCount)
             ? ReachableOutputs(static_cast<std::size_t>(propCount - kFixedOutputPropertyCount))
             : 0;
-    for (; existing > wanted; --existing) {
+    for (; existing > wanted && IsAlive(info); --existing) {
         const HostError err = context->mCallbacks->RemoveProperty(info->mHostActor, kPropertyOutput,
                                                                   OutputNumber(existing - 1));
         Check(context, err == kQuendalNoError, "err == noErr", __LINE__);
@@ -145,10 +151,14 @@ void RebuildOutputs(HostContext* context, ActorInfo* info)
     const std::size_t wanted = ReachableOutputs(params.size());
     const std::size_t existing = RemoveSurplus(context, info, wanted);
 
-    for (std::size_t k = 0; k < wanted; ++k) {
-        const OutputDefinition output(context, params[k]);
+    for (std::size_t k = 0; k < wanted && IsAlive(info); ++k) {
+        OutputDefinition output(context, params[k]);
         // Made for an output that keeps its id too: an index out of range is always reported.
         const std::uint32_t id = MakeTwoCharId(context, kIdBase, static_cast<std::int32_t>(k) + 1);
+        if (!IsAlive(info)) {
+            output.Discard(context);
+            return;
+        }
         const HostError err = k < existing ? ChangeOutput(context, info, OutputNumber(k), output)
                                            : AddOutput(context, info, id, output);
         Check(context, err == kQuendalNoError, "err == noErr", __LINE__);

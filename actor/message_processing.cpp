@@ -24,12 +24,13 @@ void PublishParameter(const HostContext* context, const ActorInfo* info, std::ui
 {
     HostValue value;
     FillOutputValue(context, parameter, value);
-    context->mCallbacks->SetOutputValue(info->mHostActor, output, &value);
+    if (IsAlive(info)) context->mCallbacks->SetOutputValue(info->mHostActor, output, &value);
     if (value.mTag == kValueString) context->mCallbacks->ReleaseStringValue(&value);
 }
 
 void PublishTrigger(const HostContext* context, const ActorInfo* info)
 {
+    if (!IsAlive(info)) return;
     HostValue value;
     value.SetInteger(1);
     context->mCallbacks->SetOutputValue(info->mHostActor, kTriggerOutput, &value);
@@ -104,7 +105,7 @@ void ParseInputText(HostContext* context, ActorInfo* info, const char* text)
     std::vector<Parameter> params;
     const Byte* message = nullptr;
     std::uint32_t messageLength = 0;
-    while (info->mActorDataPtr != nullptr && cutter.Next(message, messageLength)) {
+    while (IsAlive(info) && cutter.Next(message, messageLength)) {
         NPattern::Pattern& pattern = info->mActorDataPtr->mPattern;
         if (pattern.Match(message, messageLength) == nullptr) continue;
         pattern.CollectParameters(params);

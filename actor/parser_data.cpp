@@ -24,18 +24,27 @@ void ReleaseParseString(const HostContext* context, ParserData& ioData)
     }
 }
 
-bool AllocateParseString(const HostContext* context, ParserData& ioData, std::uint32_t size)
+HostBlock AllocateParseString(const HostContext* context, std::uint32_t size)
 {
     // With its NUL the largest size needs one byte more than a block can have.
     void* block = nullptr;
     if (size != std::numeric_limits<std::uint32_t>::max()) {
         block = context->mCallbacks->AllocateBlock(size + 1, kBlockFlags);
     }
-    if (!Check(context, block != nullptr, "info->mParseString != nil", __LINE__)) return false;
+    Check(context, block != nullptr, "info->mParseString != nil", __LINE__);
+    return HostBlock(static_cast<unsigned char*>(block), BlockReleaser{context});
+}
 
-    ioData.mParseString = static_cast<unsigned char*>(block);
-    ioData.mParseStringSize = size;
-    return true;
+bool StoreParseString(ActorInfo* info, HostBlock block, std::uint32_t size)
+{
+    if (!IsAlive(info)) return false;
+    ParserData& data = *info->mActorDataPtr;
+    data.mPattern.Clear();
+    data.mParseStringSize = block != nullptr ? size : 0;
+    // What is there already was stored from inside the host's allocation.
+    unsigned char* const stored = std::exchange(data.mParseString, block.release());
+    HostBlock(stored, block.get_deleter()).reset();
+    return IsAlive(info) && info->mActorDataPtr->mParseString != nullptr;
 }
 
 void CompileParseString(ParserData& ioData)
@@ -67,8 +76,10 @@ void DisposeCallback(HostContext* context, ActorInfo* ioActorInfo) noexcept
                __LINE__)) {
         return;
     }
-    std::destroy_at(data);
+    // It may have restored a state there, too.
+    const HostBlock restored(data->mParseString, BlockReleaser{context});
     ioActorInfo->mActorDataPtr = nullptr;
+    std::destroy_at(data);
     context->mCallbacks->ReleaseBlock(data);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "Common/Pattern/pattern_element.h"
 #include "actor_info.h"
@@ -22,12 +23,32 @@ struct ParserData {
     NPattern::Pattern mPattern;  // compiled from mParseString; empty where that is no good
 };
 
+// Any operation of the host may come back in before it returns, and restore a state or dispose of
+// the instance: after each the record is looked up anew, and no pointer into it is kept.
+inline bool IsAlive(const ActorInfo* info)
+{
+    return info->mActorDataPtr != nullptr;
+}
+
+// A block of the host's with an owner on this side. The context must outlive it.
+struct BlockReleaser {
+    const HostContext* mContext;
+
+    void operator()(unsigned char* block) const { mContext->mCallbacks->ReleaseBlock(block); }
+};
+using HostBlock = std::unique_ptr<unsigned char[], BlockReleaser>;
+
 // Gives the parsing string back to the host, if there is one, and leaves none.
 void ReleaseParseString(const HostContext* context, ParserData& ioData);
 
-// Makes room for a string of size bytes, all 0 for now, in place of none. False, with no string
-// stored, if the host has no memory for it; that is reported.
-bool AllocateParseString(const HostContext* context, ParserData& ioData, std::uint32_t size);
+// A block for a string of size bytes and its NUL, all 0. Null, after a report, if the host has no
+// memory for it.
+HostBlock AllocateParseString(const HostContext* context, std::uint32_t size);
+
+// Makes the block, which holds a string of size bytes, the parsing string of the instance, and
+// leaves its pattern empty. A null block leaves it without a string. Gives whether the instance
+// lives and there is a string to compile.
+bool StoreParseString(ActorInfo* info, HostBlock block, std::uint32_t size);
 
 // Compiles the stored string into mPattern. Throws what the engine throws, and leaves the pattern
 // empty then.

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "checks.h"
 #include "dynamic_outputs.h"
@@ -38,69 +39,70 @@ class TextLock {
     unsigned char* mBytes;
 };
 
-// Both give false if there are bytes to copy and the host can't lock the handle.
-bool CopyToHandle(const HostContext* context, HostTextHandle* text, const ParserData& data)
+// Both give false if there are bytes to copy and the host can't lock the handle. The handle has
+// size bytes: a string that isn't so long any more is another, and isn't copied either.
+bool CopyToHandle(const HostContext* context, HostTextHandle* text, std::uint32_t size,
+                  const ActorInfo* info)
 {
     const TextLock lock(context, text);
-    if (data.mParseStringSize == 0) return true;
+    if (!IsAlive(info) || info->mActorDataPtr->mParseStringSize != size) return false;
+    if (size == 0) return true;
     if (lock.Bytes() == nullptr) return false;
-    std::memcpy(lock.Bytes(), data.mParseString, data.mParseStringSize);
+    std::memcpy(lock.Bytes(), info->mActorDataPtr->mParseString, size);
     return true;
 }
 
-bool CopyFromHandle(const HostContext* context, HostTextHandle* text, ParserData& ioData)
+bool CopyFromHandle(const HostContext* context, HostTextHandle* text, std::uint32_t size,
+                    unsigned char* outBytes)
 {
     const TextLock lock(context, text);
-    if (ioData.mParseStringSize == 0) return true;
+    if (size == 0) return true;
     if (lock.Bytes() == nullptr) return false;
-    std::memcpy(ioData.mParseString, lock.Bytes(), ioData.mParseStringSize);
+    std::memcpy(outBytes, lock.Bytes(), size);
     return true;
 }
 
-bool StoreTextOfHandle(const HostContext* context, HostTextHandle* text, ParserData& ioData)
+bool StoreTextOfHandle(const HostContext* context, ActorInfo* info, HostTextHandle* text)
 {
-    ReleaseParseString(context, ioData);
+    ReleaseParseString(context, *info->mActorDataPtr);
     const auto size = static_cast<std::uint32_t>(context->mCallbacks->TextHandleSize(text));
-    if (!AllocateParseString(context, ioData, size)) return false;
-    if (Check(context, CopyFromHandle(context, text, ioData), "false", __LINE__)) return true;
-    ReleaseParseString(context, ioData);
-    return false;
+    HostBlock block = AllocateParseString(context, size);
+    if (block != nullptr && !CopyFromHandle(context, text, size, block.get())) {
+        Check(context, false, "false", __LINE__);
+        block.reset();
+    }
+    return StoreParseString(info, std::move(block), size);
 }
 
 void ParseCurrentText(HostContext* context, ActorInfo* info)
 {
+    if (!IsAlive(info)) return;
     const HostValue* const value = context->mCallbacks->GetInputValue(info->mHostActor, kTextInput);
-    if (value == nullptr || value->String() == nullptr) return;
-    // The host may have disposed of the instance while the outputs were rebuilt.
-    if (info->mActorDataPtr == nullptr) return;
+    if (value == nullptr || value->String() == nullptr || !IsAlive(info)) return;
     ParseInputText(context, info, value->String()->mText);
 }
 
 void CommitText(HostContext* context, ActorInfo* info, HostTextHandle* text)
 {
-    ParserData& data = *info->mActorDataPtr;
-    if (!StoreTextOfHandle(context, text, data)) {
-        data.mPattern.Clear();
-        return;
-    }
+    if (!StoreTextOfHandle(context, info, text)) return;
     RunGuarded(context, __LINE__, [&] {
-        CompileParseString(data);
+        CompileParseString(*info->mActorDataPtr);
         RebuildOutputs(context, info);
         ParseCurrentText(context, info);
     });
 }
 
-// Gives whether the user accepted.
-bool EditParseString(HostContext* context, ActorInfo* info, HostTextHandle* text)
+// Gives whether the user accepted. size: of the handle.
+bool EditParseString(HostContext* context, ActorInfo* info, HostTextHandle* text,
+                     std::uint32_t size)
 {
-    if (!Check(context, CopyToHandle(context, text, *info->mActorDataPtr), "false", __LINE__)) {
-        return false;
-    }
+    const bool copied = CopyToHandle(context, text, size, info);
+    if (!Check(context, copied, "false", __LINE__) || !IsAlive(info)) return false;
     const std::uint8_t accepted =
         context->mCallbacks->RunTextDialog(info->mHostActor, text, kDialogTitle,
                                            ValidatePatternText, context, kDialogFlags, kHelpFile);
     // The host may have disposed of the instance while the dialog was open.
-    if (accepted == 0 || info->mActorDataPtr == nullptr) return false;
+    if (accepted == 0 || !IsAlive(info)) return false;
     CommitText(context, info, text);
     return true;
 }
@@ -122,10 +124,11 @@ std::uint8_t DoubleClickCallback(HostContext* context, ActorInfo* info, std::uin
                                  HostWord /*unread*/) noexcept
 {
     bool changed = false;
-    if (const ParserData* const data = info->mActorDataPtr) {
-        HostTextHandle* const text = context->mCallbacks->NewTextHandle(data->mParseStringSize, 0);
+    if (IsAlive(info)) {
+        const std::uint32_t size = info->mActorDataPtr->mParseStringSize;
+        HostTextHandle* const text = context->mCallbacks->NewTextHandle(size, 0);
         if (Check(context, text != nullptr, "temp != nil", __LINE__)) {
-            changed = EditParseString(context, info, text);
+            changed = EditParseString(context, info, text, size);
             context->mCallbacks->DisposeTextHandle(text);
         }
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "checks.h"
 #include "dynamic_outputs.h"
@@ -12,16 +13,13 @@ namespace NActor {
 void SetStateCallback(HostContext* context, ActorInfo* info, const void* bytes,
                       std::uint32_t size) noexcept
 {
-    ParserData* const data = info->mActorDataPtr;
-    if (data == nullptr) return;
-    ReleaseParseString(context, *data);
-    if (!AllocateParseString(context, *data, size)) {
-        data->mPattern.Clear();
-        return;
-    }
-    if (size != 0) std::memcpy(data->mParseString, bytes, size);
+    if (!IsAlive(info)) return;
+    ReleaseParseString(context, *info->mActorDataPtr);
+    HostBlock block = AllocateParseString(context, size);
+    if (block != nullptr && size != 0) std::memcpy(block.get(), bytes, size);
+    if (!StoreParseString(info, std::move(block), size)) return;
     RunGuarded(context, __LINE__, [&] {
-        CompileParseString(*data);
+        CompileParseString(*info->mActorDataPtr);
         RebuildOutputs(context, info);
     });
 }

@@ -38,9 +38,9 @@ constexpr const char* kOperationNames[kOperationCount] = {
     "DisposeTextHandle", "TextHandleSize",     "LockTextHandle",    "UnlockTextHandle",
 };
 
-// The one host, and how deep its operations are nested.
+// The one host, and how deep its operations are nested; 0 only while code of the actor runs.
 StandInHost* sHost = nullptr;
-int sOperationDepth = 0;
+int sOperationDepth = 1;
 
 std::string IdText(std::uint32_t id)
 {
@@ -117,15 +117,18 @@ struct HostOperations {
 
     static void Blame(const std::string& fault) { sHost->mViolations.push_back(fault); }
 
-    static void Demand(bool held, const std::string& fault)
+    static void Demand(bool held, const char* fault)
     {
         if (!held) Blame(fault);
     }
 
+    // To be asked before the hook, which may dispose of the instance.
     static Instance* InstanceOf(HostActor* actor, const char* operation)
     {
         for (const auto& instance : sHost->mInstances) {
-            if (reinterpret_cast<HostActor*>(instance.get()) == actor) return instance.get();
+            if (reinterpret_cast<HostActor*>(instance.get()) != actor) continue;
+            if (instance->mGone) Blame(std::string(operation) + ": the instance is gone");
+            return instance.get();
         }
         Blame(std::string(operation) + ": foreign mHostActor");
         return nullptr;
@@ -171,8 +174,8 @@ struct HostOperations {
 
     static const HostValue* GetInputValue(HostActor* actor, std::uint16_t input)
     {
-        const Scope scope(kGetInputValue, input);
         Instance* const instance = InstanceOf(actor, "GetInputValue");
+        const Scope scope(kGetInputValue, input);
         if (scope.Fails() || instance == nullptr) return nullptr;
         Demand(input >= 1 && input <= instance->mInputs.size(), "GetInputValue: unknown input");
         return input == 2 ? instance->mInputValue.get() : nullptr;
@@ -180,8 +183,8 @@ struct HostOperations {
 
     static HostError SetOutputValue(HostActor* actor, std::uint16_t output, const HostValue* value)
     {
-        const Scope scope(kSetOutputValue, output, Shown{*value});
         Instance* const instance = InstanceOf(actor, "SetOutputValue");
+        const Scope scope(kSetOutputValue, output, Shown{*value});
         if (scope.Fails() || instance == nullptr) return kFailed;
         if (output < 1 || output > instance->mOutputs.size()) {
             Blame("SetOutputValue: unknown output " + std::to_string(output));
@@ -194,8 +197,9 @@ struct HostOperations {
 
     static std::int32_t PropertyHelpIndex(HostActor* actor, PropertyKind kind, std::uint16_t number)
     {
+        const Instance* const instance = InstanceOf(actor, "PropertyHelpIndex");
         const Scope scope(kPropertyHelpIndex, int{kind}, number);
-        if (scope.Fails() || InstanceOf(actor, "PropertyHelpIndex") == nullptr) return -1;
+        if (scope.Fails() || instance == nullptr) return -1;
         switch (kind) {
             case kPropertyInput: return number;
             case kPropertyOutput: return 2 + number;
@@ -209,8 +213,8 @@ struct HostOperations {
                                  const HostValue* minimum, const HostValue* maximum,
                                  const HostValue* initial, HostZero z4, HostZero z5, HostZero z6)
     {
-        const Scope scope(kAddProperty, IdText(id), name, Shown{*initial});
         Instance* const instance = InstanceOf(actor, "AddProperty");
+        const Scope scope(kAddProperty, IdText(id), name, Shown{*initial});
         Demand(kind == kPropertyOutput, "AddProperty: not an output");
         Demand((z1 | z2 | z3 | z4 | z5 | z6) == 0, "AddProperty: an argument isn't 0");
         const Value value = TakeOver(*initial);
@@ -227,8 +231,8 @@ struct HostOperations {
                                     const HostValue* lowest, const HostValue* highest,
                                     const HostValue* initial)
     {
-        const Scope scope(kChangeProperty, number, name, Shown{*initial});
         Instance* const instance = InstanceOf(actor, "ChangeProperty");
+        const Scope scope(kChangeProperty, number, name, Shown{*initial});
         Demand(kind == kPropertyOutput, "ChangeProperty: not an output");
         Demand(zero == 0, "ChangeProperty: an argument isn't 0");
         Demand(minimum == lowest && maximum == highest, "ChangeProperty: other limits");
@@ -246,8 +250,8 @@ struct HostOperations {
 
     static HostError RemoveProperty(HostActor* actor, PropertyKind kind, std::uint16_t number)
     {
-        const Scope scope(kRemoveProperty, number);
         Instance* const instance = InstanceOf(actor, "RemoveProperty");
+        const Scope scope(kRemoveProperty, number);
         Demand(kind == kPropertyOutput, "RemoveProperty: not an output");
         if (scope.Fails() || instance == nullptr) return kFailed;
         if (number < 2 || number > instance->mOutputs.size()) {
@@ -260,8 +264,8 @@ struct HostOperations {
 
     static HostError GetPropertyCount(HostActor* actor, PropertyKind kind, std::int32_t* outCount)
     {
-        const Scope scope(kGetPropertyCount);
         Instance* const instance = InstanceOf(actor, "GetPropertyCount");
+        const Scope scope(kGetPropertyCount);
         Demand(kind == kPropertyOutput, "GetPropertyCount: not of the outputs");
         if (scope.Fails() || instance == nullptr) return kFailed;
         *outCount = sHost->mClaimedOutputCount != nullptr
@@ -295,9 +299,9 @@ struct HostOperations {
                                       NActor::ValidateTextFunction validate, HostContext* context,
                                       std::uint8_t flags, const char* helpFile)
     {
+        InstanceOf(actor, "RunTextDialog");
         const Scope scope(kRunTextDialog, title, helpFile);
         Demand(flags == 1, "RunTextDialog: the flags aren't 1");
-        InstanceOf(actor, "RunTextDialog");
         const auto handle = sHost->mTextHandles.find(text);
         Demand(handle != sHost->mTextHandles.end(), "RunTextDialog: not a text handle");
         if (scope.Fails() || handle == sHost->mTextHandles.end() || !sHost->mDialogScript) return 0;
@@ -578,6 +582,7 @@ void Instance::Dispose()
     if (std::exchange(mDisposed, true)) return;
     const CallContext context;
     mInfo.DisposeCallback(context.Get(), &mInfo);
+    mGone = true;
 }
 
 StandInHost::StandInHost(GetActorInfoFunction getActorInfo)

@@ -145,7 +145,8 @@ class Instance {
     void SetInputText(std::string_view text);
 
     NActor::ActorInfo mInfo;
-    bool mDisposed = false;
+    bool mDisposed = false;  // or about to be
+    bool mGone = false;      // the actor may do nothing more for it
     std::vector<Property> mInputs;
     std::vector<Property> mOutputs;
     std::unique_ptr<unsigned char[]> mInputString;  // a HostString
@@ -197,7 +198,7 @@ class StandInHost {
     // The actor's icon, once it has been asked for; null before.
     NActor::IconRecord* Icon() const { return mIcon; }
 
-    // Whether an operation of the host is running: what goes on then isn't the actor's work.
+    // Whether what goes on isn't the actor's work: inside an operation, and outside all callbacks.
     static bool IsInsideOperation();
 
   private:

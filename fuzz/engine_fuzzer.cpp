@@ -1,0 +1,127 @@
+// The engine: the first line of an input is a parsing string, the rest of it a message.
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Common/Pattern/pattern_element.h"
+#include "fuzzer.h"
+#include "tests/engine_support.h"
+
+using NPattern::Byte;
+using NPattern::Parameter;
+using NPattern::Pattern;
+using NPattern::PatternSyntaxException;
+
+namespace {
+
+constexpr char kGoodString[] = "n:i=#";
+
+// All that the elements dump.
+std::string WholeDump(const NPattern::ElementList& elements)
+{
+    char* text = nullptr;
+    std::size_t size = 0;
+    std::FILE* const stream = open_memstream(&text, &size);
+    Expect(stream != nullptr, "there is memory for a dump");
+    for (const auto& element : elements) element->Dump(stream);
+    std::fclose(stream);
+    std::string dump(text, size);
+    std::free(text);
+    return dump;
+}
+
+// What compiling gives: the dump, or the error. Any other exception ends the program.
+std::string Outcome(const std::string& parseString)
+{
+    try {
+        return WholeDump(NPattern::CompileElements(parseString));
+    } catch (const PatternSyntaxException& error) {
+        Expect(error.mPosition >= -1 &&
+                   error.mPosition < static_cast<std::int64_t>(parseString.size()),
+               "an error has its place in the string, or just before it");
+        return error.Message();
+    }
+}
+
+bool Compile(Pattern& pattern, const std::string& parseString)
+{
+    try {
+        pattern.SetPatternString(parseString);
+        return true;
+    } catch (const PatternSyntaxException&) {
+        return false;
+    }
+}
+
+std::vector<Parameter> Captures(const Pattern& pattern)
+{
+    std::vector<Parameter> captures;
+    pattern.CollectParameters(captures);
+    return captures;
+}
+
+bool SameOutput(const Parameter& a, const Parameter& b)
+{
+    return a.mName == b.mName && a.mType == b.mType;
+}
+
+bool SameValue(const Parameter& a, const Parameter& b)
+{
+    return SameOutput(a, b) && a.mIntValue == b.mIntValue && a.mStringValue == b.mStringValue &&
+           std::bit_cast<std::uint64_t>(a.mFloatValue) ==
+               std::bit_cast<std::uint64_t>(b.mFloatValue);
+}
+
+template <typename Same>
+bool AllSame(const std::vector<Parameter>& a, const std::vector<Parameter>& b, Same same)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
+}
+
+void CheckMatch(Pattern& pattern, const Message& message)
+{
+    const std::vector<Parameter> declared = Captures(pattern);
+    const Byte* const rest = pattern.Match(message.Data(), message.Length());
+    if (rest == nullptr) return;
+    Expect(rest >= message.Data() && rest <= message.Data() + message.Length(),
+           "a match ends inside its message");
+    const std::vector<Parameter> captured = Captures(pattern);
+    Expect(AllSame(declared, captured, SameOutput), "a match changes values alone");
+    Expect(pattern.Match(message.Data(), message.Length()) == rest, "a match depends on nothing");
+    Expect(AllSame(captured, Captures(pattern), SameValue), "nor do its values");
+}
+
+void CheckEmpty(Pattern& pattern, const Message& message)
+{
+    Expect(Captures(pattern).empty(), "a failed compile leaves no captures");
+    Expect(pattern.Match(message.Data(), message.Length()) == nullptr,
+           "a failed compile leaves nothing that matches");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    const std::size_t lineEnd = std::min(input.find('\n'), size);
+    const std::string parseString(input.substr(0, lineEnd));
+    const Message message(input.substr(std::min(lineEnd + 1, size)));
+
+    const std::string outcome = Outcome(parseString);
+    Expect(Outcome(parseString) == outcome, "a string compiles alike each time");
+
+    Pattern pattern;
+    Expect(Compile(pattern, kGoodString), "a good string compiles");
+    if (Compile(pattern, parseString)) {
+        CheckMatch(pattern, message);
+    } else {
+        CheckEmpty(pattern, message);
+    }
+    Expect(Compile(pattern, kGoodString), "a good string compiles after any other");
+    Expect(MatchResult(pattern, "42") == "n=42 | ", "and matches");
+    return 0;
+}

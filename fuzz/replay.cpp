@@ -1,0 +1,31 @@
+// Runs a fuzzer over the files of the folders named on the command line, in a build with any
+// compiler. The name of the file that ends the program is the last one printed.
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include "fuzzer.h"
+
+int main(int argc, char** argv)
+{
+    int count = 0;
+    for (int i = 1; i < argc; ++i) {
+        if (!std::filesystem::exists(argv[i])) continue;  // nothing was ever found
+        for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
+            std::printf("%s\n", entry.path().string().c_str());
+            std::fflush(stdout);
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+            Expect(!file.bad(), "the file can be read");
+            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                                   bytes.size());
+            ++count;
+        }
+    }
+    Expect(count > 0, "there are inputs");
+    std::printf("%d inputs\n", count);
+    return 0;
+}

@@ -1,0 +1,245 @@
+// The shell on the stand-in host: an input is a script, each line of it one thing that the host
+// does. The first byte of a line is its verb, the rest its text:
+//
+//   c  create an instance            0-3  go on with that one        x  dispose of it
+//   s  restore the text as state     z  restore the default state    g  save, into N bytes
+//   e  set the end-of-message byte   t  deliver the text             n  notify input N of no value
+//   d  dialog, accepted with the text                                v  dialog, the text checked
+//   h  ask for a help text of N bytes                                i  size and drawing of the
+//   icon fON  the Nth call from now of operation O fails; of any operation where O is '*' mN   the
+//   host claims an odd number of outputs when it is next asked rO.. the rest of the line is done
+//   from inside the next call of operation O; where O is '*',
+//        from inside the next output that is set
+//
+// An operation is the letter at its place in the table, from 'a' on.
+
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "actor/icon.h"
+#include "fuzzer.h"
+#include "standin/stand_in_host.h"
+
+using NStandIn::Dialog;
+using NStandIn::Instance;
+using NStandIn::kOperationCount;
+using NStandIn::Operation;
+using NStandIn::StandInHost;
+
+namespace {
+
+constexpr std::size_t kMostInstances = 4;
+constexpr int kMostCommands = 100;
+
+constexpr std::int32_t kOddCounts[] = {
+    std::numeric_limits<std::int32_t>::min(), -1, 0, 1, 2, 3, 7, 300};
+
+class Session {
+  public:
+    Session();
+
+    void Run(std::string_view script);
+    // Asks every instance that is left for an honest piece of work, and balances the accounts.
+    void Finish();
+
+  private:
+    void Do(std::string_view line);
+    void DoFor(Instance& instance, char verb, std::string_view text);
+    void Restore(Instance& instance, std::string_view state);
+    bool RunDialog(Dialog& dialog);
+    bool OnOperation(std::size_t operation);
+    void DoInside(std::size_t operation);
+
+    StandInHost mHost{GetActorInfo};
+    std::vector<Instance*> mInstances;  // those created in full
+    std::size_t mCurrent = 0;
+    int mCommands = 0;
+
+    // By operation, and behind them one for any or for an output that is set.
+    std::array<int, kOperationCount + 1> mCallsToFailure{};  // 0: none is to fail
+    std::array<std::deque<std::string_view>, kOperationCount + 1> mInside;
+
+    std::int32_t mClaimedCount = 0;
+    bool mClaiming = false;   // the next count is mClaimedCount
+    bool mHonest = true;      // the host did nothing odd so far
+    std::string_view mTyped;  // into the dialog that opens next
+    bool mAccepting = false;
+};
+
+// A number out of the first byte of a text.
+unsigned NumberIn(std::string_view text)
+{
+    return text.empty() ? 0 : (static_cast<unsigned char>(text.front()) - unsigned{'0'}) & 0xFF;
+}
+
+// The place behind all operations stands for any.
+std::size_t OperationIn(std::string_view text)
+{
+    constexpr std::size_t kAny = kOperationCount;
+    if (text.empty() || text.front() == '*') return kAny;
+    return (static_cast<unsigned char>(text.front()) - std::size_t{'a'}) % kAny;
+}
+
+std::string_view Behind(std::string_view text)
+{
+    return text.substr(std::min<std::size_t>(text.size(), 1));
+}
+
+Session::Session()
+{
+    mHost.mHook = [this](Operation operation) { return OnOperation(operation); };
+    mHost.mOutputListener = [this](Instance&, std::uint16_t) { DoInside(kOperationCount); };
+    mHost.mDialogScript = [this](Dialog& dialog) { return RunDialog(dialog); };
+}
+
+void Session::Run(std::string_view script)
+{
+    while (!script.empty()) {
+        const std::size_t end = std::min(script.find('\n'), script.size());
+        Do(script.substr(0, end));
+        script.remove_prefix(std::min(end + 1, script.size()));
+    }
+}
+
+void Session::Do(std::string_view line)
+{
+    if (line.empty() || ++mCommands > kMostCommands) return;
+    const char verb = line.front();
+    const std::string_view text = line.substr(1);
+    switch (verb) {
+        case 'c':
+            if (mInstances.size() < kMostInstances) mInstances.push_back(&mHost.CreateInstance());
+            break;
+        case '0':
+        case '1':
+        case '2':
+        case '3': mCurrent = NumberIn(line); break;
+        case 'f':
+            mHonest = false;
+            mCallsToFailure[OperationIn(text)] = static_cast<int>(NumberIn(Behind(text)));
+            break;
+        case 'm':
+            mHonest = false;
+            mClaiming = true;
+            mClaimedCount = kOddCounts[NumberIn(text) % std::size(kOddCounts)];
+            break;
+        case 'r':
+            mHonest = false;
+            mInside[OperationIn(text)].push_back(Behind(text));
+            break;
+        default:
+            if (!mInstances.empty()) DoFor(*mInstances[mCurrent % mInstances.size()], verb, text);
+            break;
+    }
+}
+
+void Session::DoFor(Instance& instance, char verb, std::string_view text)
+{
+    switch (verb) {
+        case 's': Restore(instance, text); break;
+        case 'z': instance.SetDefaultState(); break;
+        case 'g': instance.State(NumberIn(text)); break;
+        case 'e':
+            instance.SetEomChar(text.empty() ? 0 : static_cast<std::uint8_t>(text.front()));
+            break;
+        case 't': instance.Deliver(text); break;
+        case 'n': instance.Notify(static_cast<std::uint16_t>(NumberIn(text)), nullptr); break;
+        case 'd':
+        case 'v':
+            mTyped = text;
+            mAccepting = verb == 'd';
+            instance.DoubleClick();
+            break;
+        case 'h':
+            if (instance.Info().mActorDataPtr == nullptr) break;
+            for (std::uint16_t number = 0; number < 4; ++number) {
+                instance.Help(static_cast<NActor::PropertyKind>(number), number, NumberIn(text));
+            }
+            break;
+        case 'i':
+            instance.IconSize(&instance);
+            instance.DrawIcon(&instance, static_cast<std::uint16_t>(NumberIn(text)), 7, 1);
+            break;
+        case 'x': instance.Dispose(); break;
+        default: break;
+    }
+}
+
+void Session::Restore(Instance& instance, std::string_view state)
+{
+    instance.SetState(state);
+    if (mHonest && instance.Info().mActorDataPtr != nullptr) {
+        Expect(instance.State() == state, "a state comes back as it was");
+    }
+}
+
+bool Session::RunDialog(Dialog& dialog)
+{
+    const bool accepting = mAccepting;
+    dialog.SetText(std::string(mTyped));
+    for (const std::int32_t errorSize : {2049, 9, 1, 0, -1}) dialog.Validate(errorSize);
+    return accepting;
+}
+
+bool Session::OnOperation(std::size_t operation)
+{
+    DoInside(operation);
+    if (operation == NStandIn::kGetPropertyCount) {
+        mHost.mClaimedOutputCount = mClaiming ? &mClaimedCount : nullptr;
+        mClaiming = false;
+    }
+    const auto isDue = [](int& calls) { return calls != 0 && --calls == 0; };
+    const bool thisFails = isDue(mCallsToFailure[operation]);
+    return isDue(mCallsToFailure[kOperationCount]) || thisFails;
+}
+
+void Session::DoInside(std::size_t operation)
+{
+    if (mInside[operation].empty()) return;
+    const std::string_view line = mInside[operation].front();
+    mInside[operation].pop_front();
+    Do(line);
+}
+
+// Where the host lied about its outputs, failed to change them, or changed them while values went
+// out, the actor can't know which there are.
+bool FollowsFromOddities(const std::string& violation)
+{
+    return violation.find("unknown output") != std::string::npos;
+}
+
+void Session::Finish()
+{
+    mCallsToFailure.fill(0);
+    for (auto& lines : mInside) lines.clear();
+    mClaiming = false;
+    for (Instance* const instance : mInstances) {
+        if (instance->Info().mActorDataPtr == nullptr) continue;
+        instance->SetState("n:i=#");
+        instance->SetEomChar(0);
+        instance->Deliver("42");
+        Expect(instance->Outputs().size() == 2 && instance->Outputs()[1].mValue.Integer() == 42 &&
+                   instance->Outputs()[0].mValue.Integer() == 1,
+               "an instance works again once the host does");
+    }
+    if (mHost.Icon() != nullptr)
+        *mHost.Icon() = NActor::IconRecord{};  // as in a library just loaded
+    for (const std::string& violation : mHost.Close()) {
+        Expect(!mHonest && FollowsFromOddities(violation), violation.c_str());
+    }
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Session session;
+    session.Run({reinterpret_cast<const char*>(data), size});
+    session.Finish();
+    return 0;
+}
