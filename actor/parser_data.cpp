@@ -1,7 +1,6 @@
 #include "parser_data.h"
 
 #include <limits>
-#include <memory>
 #include <new>
 #include <string>
 #include <utility>
@@ -16,26 +15,24 @@ constexpr std::uint8_t kBlockFlags = 1;
 
 }  // namespace
 
-void ReleaseParseString(const HostContext* context, ParserData& ioData)
-{
-    ioData.mParseStringSize = 0;
-    if (unsigned char* const block = std::exchange(ioData.mParseString, nullptr)) {
-        context->mCallbacks->ReleaseBlock(block);
-    }
-}
-
-bool AllocateParseString(const HostContext* context, ParserData& ioData, std::uint32_t size)
+StringBlock AllocateParseString(const HostContext* context, std::uint32_t size)
 {
     // With its NUL the largest size needs one byte more than a block can have.
     void* block = nullptr;
     if (size != std::numeric_limits<std::uint32_t>::max()) {
         block = context->mCallbacks->AllocateBlock(size + 1, kBlockFlags);
     }
-    if (!Check(context, block != nullptr, "info->mParseString != nil", __LINE__)) return false;
+    Check(context, block != nullptr, "info->mParseString != nil", __LINE__);
+    return {static_cast<unsigned char*>(block), BlockReleaser{context}};
+}
 
-    ioData.mParseString = static_cast<unsigned char*>(block);
+void StoreParseString(const HostContext* context, ParserData& ioData, StringBlock block,
+                      std::uint32_t size)
+{
+    // The record has its new string when the host is called.
+    const StringBlock former(std::exchange(ioData.mParseString, block.release()),
+                             BlockReleaser{context});
     ioData.mParseStringSize = size;
-    return true;
 }
 
 void CompileParseString(ParserData& ioData)
@@ -61,14 +58,16 @@ void DisposeCallback(HostContext* context, ActorInfo* ioActorInfo) noexcept
 {
     ParserData* const data = ioActorInfo->mActorDataPtr;
     if (!Check(context, data != nullptr, "info != nil", __LINE__)) return;
-    ReleaseParseString(context, *data);
+    const RecordWatch watch(ioActorInfo);
+    StoreParseString(context, *data, nullptr, 0);
     // A host that disposed of the instance from inside that release has left nothing to do.
-    if (!Check(context, ioActorInfo->mActorDataPtr != nullptr, "ioActorInfo->mActorDataPtr != nil",
-               __LINE__)) {
+    if (!Check(context, watch.Record() != nullptr, "ioActorInfo->mActorDataPtr != nil", __LINE__)) {
         return;
     }
-    std::destroy_at(data);
+    // From here on nothing finds the record, and what was stored from inside the release goes too.
     ioActorInfo->mActorDataPtr = nullptr;
+    StoreParseString(context, *data, nullptr, 0);
+    std::destroy_at(data);
     context->mCallbacks->ReleaseBlock(data);
 }
 

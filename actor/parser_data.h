@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "Common/Pattern/pattern_element.h"
 #include "actor_info.h"
@@ -18,16 +19,49 @@ struct ParserData {
     // The parsing string and one NUL, in a block of the host's that the record owns; null while
     // the instance has no state.
     unsigned char* mParseString = nullptr;
-    std::uint8_t mEomChar = 0;   // ends a message; 0: the end of the text does
-    NPattern::Pattern mPattern;  // compiled from mParseString; empty where that is no good
+    std::uint8_t mEomChar = 0;    // ends a message; 0: the end of the text does
+    NPattern::Pattern mPattern;   // compiled from mParseString; empty where that is no good
+    std::uint32_t mRebuilds = 0;  // how often the outputs were brought in line with a pattern
 };
 
-// Gives the parsing string back to the host, if there is one, and leaves none.
-void ReleaseParseString(const HostContext* context, ParserData& ioData);
+// Remembers the record and the outputs of an instance as some work finds them. Each operation of
+// the host may come back into the actor, set another state or dispose of the instance: work that
+// goes on behind one asks here whether there is still something to go on with.
+class RecordWatch {
+  public:
+    explicit RecordWatch(const ActorInfo* info)
+        : mInfo(info),
+          mRecord(info->mActorDataPtr),
+          mRebuilds(mRecord != nullptr ? mRecord->mRebuilds : 0)
+    {
+    }
 
-// Makes room for a string of size bytes, all 0 for now, in place of none. False, with no string
-// stored, if the host has no memory for it; that is reported.
-bool AllocateParseString(const HostContext* context, ParserData& ioData, std::uint32_t size);
+    // Null if the record is no longer the instance's, or there was none.
+    ParserData* Record() const { return mInfo->mActorDataPtr == mRecord ? mRecord : nullptr; }
+    // Whether the record is there and its outputs weren't rebuilt.
+    bool OutputsStand() const { return Record() != nullptr && mRecord->mRebuilds == mRebuilds; }
+
+  private:
+    const ActorInfo* mInfo;
+    ParserData* mRecord;
+    std::uint32_t mRebuilds;
+};
+
+// A block of the host's with a parsing string, given back unless a record takes it.
+struct BlockReleaser {
+    const HostContext* mContext;
+    void operator()(unsigned char* block) const { mContext->mCallbacks->ReleaseBlock(block); }
+};
+using StringBlock = std::unique_ptr<unsigned char[], BlockReleaser>;
+
+// Room for a string of size bytes and its NUL, all 0. Null, after a report, if the host has no
+// memory for it.
+StringBlock AllocateParseString(const HostContext* context, std::uint32_t size);
+
+// Stores the string of size bytes in block, and gives the one before back to the host if there is
+// one. A null block, of size 0, leaves none.
+void StoreParseString(const HostContext* context, ParserData& ioData, StringBlock block,
+                      std::uint32_t size);
 
 // Compiles the stored string into mPattern. Throws what the engine throws, and leaves the pattern
 // empty then.
