@@ -54,12 +54,6 @@ struct OutputDefinition {
         FillOutputValue(context, parameter, mInitial);
     }
 
-    // For a definition that the host isn't given: takes its string back.
-    void Discard(const HostContext* context)
-    {
-        if (mKind.mTag == kValueString) context->mCallbacks->ReleaseStringValue(&mInitial);
-    }
-
     const char* mName;
     const OutputKind& mKind;
     HostValue mMinimum;
@@ -85,8 +79,9 @@ HostError ChangeOutput(const HostContext* context, const ActorInfo* info, std::u
         &output.mMaximum, &output.mInitial);
 }
 
-// Gives how many dynamic outputs are left: no more than wanted.
-std::size_t RemoveSurplus(const HostContext* context, const ActorInfo* info, std::size_t wanted)
+// Gives how many dynamic outputs are left: no more than wanted, unless the watch ended it.
+std::size_t RemoveSurplus(const HostContext* context, const ActorInfo* info,
+                          const RecordWatch& watch, std::size_t wanted)
 {
     // The count that a host gives is believed as far as outputs can have numbers at all.
     std::int32_t propCount = 0;
@@ -94,12 +89,46 @@ std::size_t RemoveSurplus(const HostContext* context, const ActorInfo* info, std
         CountOutputs(context, info, propCount)
             ? ReachableOutputs(static_cast<std::size_t>(propCount - kFixedOutputPropertyCount))
             : 0;
-    for (; existing > wanted && IsAlive(info); --existing) {
+    for (; existing > wanted && watch.OutputsStand(); --existing) {
         const HostError err = context->mCallbacks->RemoveProperty(info->mHostActor, kPropertyOutput,
                                                                   OutputNumber(existing - 1));
         Check(context, err == kQuendalNoError, "err == noErr", __LINE__);
     }
     return existing;
+}
+
+// Ends early once the watch says that the outputs aren't this pass's to change any more.
+void BringInLine(const HostContext* context, const ActorInfo* info, const RecordWatch& watch,
+                 const std::vector<Parameter>& params)
+{
+    const std::size_t wanted = ReachableOutputs(params.size());
+    const std::size_t existing = RemoveSurplus(context, info, watch, wanted);
+
+    for (std::size_t k = 0; k < wanted && watch.OutputsStand(); ++k) {
+        OutputDefinition output(context, params[k]);
+        // Made for an output that keeps its id too: an index out of range is always reported.
+        const std::uint32_t id = MakeTwoCharId(context, kIdBase, static_cast<std::int32_t>(k) + 1);
+        if (!watch.OutputsStand()) {
+            ReleaseOutputValue(context, output.mInitial);
+            return;
+        }
+        const HostError err = k < existing ? ChangeOutput(context, info, OutputNumber(k), output)
+                                           : AddOutput(context, info, id, output);
+        Check(context, err == kQuendalNoError, "err == noErr", __LINE__);
+    }
+}
+
+std::vector<Parameter> CapturesOf(NPattern::Pattern& ioPattern)
+{
+    try {
+        std::vector<Parameter> params;
+        ioPattern.CollectParameters(params);
+        return params;
+    } catch (...) {
+        // The outputs stay another string's: nothing may be published on them.
+        ioPattern.Clear();
+        throw;
+    }
 }
 
 constexpr std::int32_t kTwoCharMax = 26 * 26;
@@ -135,37 +164,35 @@ void FillOutputValue(const HostContext* context, const Parameter& parameter, Hos
     }
 }
 
-bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_t& outCount)
+void ReleaseOutputValue(const HostContext* context, HostValue& ioValue)
 {
-    outCount = 0;
+    if (ioValue.mTag == kValueString) context->mCallbacks->ReleaseStringValue(&ioValue);
+}
+
+bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_t& ioCount)
+{
     const HostError err =
-        context->mCallbacks->GetPropertyCount(info->mHostActor, kPropertyOutput, &outCount);
-    return Check(context, err == kQuendalNoError && outCount >= kFixedOutputPropertyCount,
+        context->mCallbacks->GetPropertyCount(info->mHostActor, kPropertyOutput, &ioCount);
+    return Check(context, err == kQuendalNoError && ioCount >= kFixedOutputPropertyCount,
                  "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount", __LINE__);
 }
 
-void RebuildOutputs(HostContext* context, ActorInfo* info)
+void RebuildOutputs(const HostContext* context, const ActorInfo* info)
 {
-    std::vector<Parameter> params;
-    info->mActorDataPtr->mPattern.CollectParameters(params);
-    const std::size_t wanted = ReachableOutputs(params.size());
-    const std::size_t existing = RemoveSurplus(context, info, wanted);
-
-    for (std::size_t k = 0; k < wanted && IsAlive(info); ++k) {
-        OutputDefinition output(context, params[k]);
-        // Made for an output that keeps its id too: an index out of range is always reported.
-        const std::uint32_t id = MakeTwoCharId(context, kIdBase, static_cast<std::int32_t>(k) + 1);
-        if (!IsAlive(info)) {
-            output.Discard(context);
-            return;
-        }
-        const HostError err = k < existing ? ChangeOutput(context, info, OutputNumber(k), output)
-                                           : AddOutput(context, info, id, output);
-        Check(context, err == kQuendalNoError, "err == noErr", __LINE__);
+    bool again = true;
+    while (again) {
+        ParserData& data = *info->mActorDataPtr;
+        const std::vector<Parameter> params = CapturesOf(data.mPattern);
+        ++data.mRebuilds;
+        const RecordWatch watch(info);
+        BringInLine(context, info, watch, params);
+        // A rebuild from inside has done its work, but not undone what this pass was about to do.
+        again = watch.Record() != nullptr && !watch.OutputsStand();
     }
 }
 
-std::uint32_t MakeTwoCharId(HostContext* context, const char* inRateBase, std::int32_t inIndex)
+std::uint32_t MakeTwoCharId(const HostContext* context, const char* inRateBase,
+                            std::int32_t inIndex)
 {
     Check(context, inRateBase[0] != 0 && inRateBase[1] != 0,
           "inRateBase[0] != 0 && inRateBase[1] != 0", __LINE__);

@@ -29,21 +29,28 @@ constexpr std::size_t ReachableOutputs(std::size_t captures)
 }
 
 // Fills the value of an output from a capture. A string payload is made by the host and is the
-// caller's to hand over or to release.
+// caller's to hand over or to release with ReleaseOutputValue.
 void FillOutputValue(const HostContext* context, const NPattern::Parameter& parameter,
                      HostValue& outValue);
 
+// Gives a string payload back to the host; of any other value nothing is kept.
+void ReleaseOutputValue(const HostContext* context, HostValue& ioValue);
+
 // Asks the host for the number of outputs. False, after a report, for an error or a count without
-// the fixed output; outCount is then what the host left there, or 0.
-bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_t& outCount);
+// the fixed output; ioCount is then what the host left there, if only what it was.
+bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_t& ioCount);
 
 // Brings the outputs in line with the captures of the instance's pattern, in this order: surplus
 // ones go, from the last one down, those that stay are redefined in place, missing ones are added.
-// To be called right after a compile. Failures are reported and passed over. Throws std::bad_alloc.
-void RebuildOutputs(HostContext* context, ActorInfo* info);
+// To be called right after a compile. Failures are reported and passed over. The host may come back
+// in: the outputs are then brought in line with the pattern that the instance has in the end, and
+// left alone once the record is gone. Throws std::bad_alloc before the first output is touched, and
+// leaves the pattern empty then.
+void RebuildOutputs(const HostContext* context, const ActorInfo* info);
 
 // A property id: the first two characters of inRateBase, then two that tell inIndex, 0 to 1351. An
 // index outside is reported, and gives an id without index characters from 1452 on and below 0.
-std::uint32_t MakeTwoCharId(HostContext* context, const char* inRateBase, std::int32_t inIndex);
+std::uint32_t MakeTwoCharId(const HostContext* context, const char* inRateBase,
+                            std::int32_t inIndex);
 
 }  // namespace NActor

@@ -38,7 +38,13 @@ enum HostValueTag : std::uint16_t {
 // A text of the host's: what the string payload of an input points to.
 struct HostString {
     unsigned char mHostPart[8];
-    char mText[1];  // NUL-terminated; as long as it needs
+    char mText[1];  // where the text starts; NUL-terminated, and as long as it needs
+
+    // By its address: through mText only one character may be read.
+    const char* Text() const
+    {
+        return reinterpret_cast<const char*>(this) + offsetof(HostString, mText);
+    }
 };
 
 // A tagged value, always passed by pointer. The payload is kept as bits, since the host may read

@@ -19,26 +19,27 @@ namespace {
 
 constexpr std::uint16_t kTriggerOutput = 1;
 
-void PublishParameter(const HostContext* context, const ActorInfo* info, std::uint16_t output,
-                      const Parameter& parameter)
+void PublishParameter(const HostContext* context, const ActorInfo* info, const RecordWatch& watch,
+                      std::uint16_t output, const Parameter& parameter)
 {
     HostValue value;
     FillOutputValue(context, parameter, value);
-    if (IsAlive(info)) context->mCallbacks->SetOutputValue(info->mHostActor, output, &value);
-    if (value.mTag == kValueString) context->mCallbacks->ReleaseStringValue(&value);
+    if (watch.OutputsStand()) context->mCallbacks->SetOutputValue(info->mHostActor, output, &value);
+    ReleaseOutputValue(context, value);
 }
 
 void PublishTrigger(const HostContext* context, const ActorInfo* info)
 {
-    if (!IsAlive(info)) return;
     HostValue value;
     value.SetInteger(1);
     context->mCallbacks->SetOutputValue(info->mHostActor, kTriggerOutput, &value);
 }
 
+// Goes on only while the outputs are those that the message was matched for.
 void PublishParameters(const HostContext* context, const ActorInfo* info,
                        const std::vector<Parameter>& params)
 {
+    const RecordWatch watch(info);
     std::int32_t propCount = 0;
     CountOutputs(context, info, propCount);
     Check(context,
@@ -46,10 +47,10 @@ void PublishParameters(const HostContext* context, const ActorInfo* info,
               static_cast<std::int64_t>(params.size()),
           "propCount - kFixedOutputPropertyCount == params.size()", __LINE__);
     const std::size_t reachable = ReachableOutputs(params.size());
-    for (std::size_t k = 0; k < reachable; ++k) {
-        PublishParameter(context, info, OutputNumber(k), params[k]);
+    for (std::size_t k = 0; k < reachable && watch.OutputsStand(); ++k) {
+        PublishParameter(context, info, watch, OutputNumber(k), params[k]);
     }
-    PublishTrigger(context, info);
+    if (watch.OutputsStand()) PublishTrigger(context, info);
 }
 
 // Cuts a text of length bytes, and the NUL behind it, into messages.
@@ -91,7 +92,7 @@ std::unique_ptr<Byte[]> CopyOfText(const char* text, std::size_t length)
 
 }  // namespace
 
-void ParseInputText(HostContext* context, ActorInfo* info, const char* text)
+void ParseInputText(const HostContext* context, const ActorInfo* info, const char* text)
 {
     const std::size_t length = std::strlen(text);
     const std::unique_ptr<Byte[]> buffer = CopyOfText(text, length);
@@ -101,12 +102,13 @@ void ParseInputText(HostContext* context, ActorInfo* info, const char* text)
     // All of this lives in the call and not in the record, so that a delivery from inside
     // SetOutputValue disturbs nothing here. The record is looked up anew for each message: that
     // call may have replaced its pattern, or have disposed of the instance.
-    MessageCutter cutter(buffer.get(), length, info->mActorDataPtr->mEomChar);
+    const RecordWatch watch(info);
+    MessageCutter cutter(buffer.get(), length, watch.Record()->mEomChar);
     std::vector<Parameter> params;
     const Byte* message = nullptr;
     std::uint32_t messageLength = 0;
-    while (IsAlive(info) && cutter.Next(message, messageLength)) {
-        NPattern::Pattern& pattern = info->mActorDataPtr->mPattern;
+    while (watch.Record() != nullptr && cutter.Next(message, messageLength)) {
+        NPattern::Pattern& pattern = watch.Record()->mPattern;
         if (pattern.Match(message, messageLength) == nullptr) continue;
         pattern.CollectParameters(params);
         PublishParameters(context, info, params);
@@ -122,7 +124,7 @@ void InputChangedCallback(HostContext* context, ActorInfo* info, std::uint16_t i
         data->mEomChar = static_cast<std::uint8_t>(value->mPayload);
     } else if (input == kTextInput && value->String() != nullptr) {
         RunGuarded(context, __LINE__,
-                   [&] { ParseInputText(context, info, value->String()->mText); });
+                   [&] { ParseInputText(context, info, value->String()->Text()); });
     }
 }
 

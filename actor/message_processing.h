@@ -20,8 +20,10 @@ inline constexpr std::uint32_t kMessageLimit = 2048;
 
 // Cuts text at the instance's end-of-message character, matches each message and publishes those
 // that match. What is left at the end without that character is dropped. text: NUL-terminated; it
-// is copied first, so the host may change it while values go out. May throw std::bad_alloc.
-void ParseInputText(HostContext* context, ActorInfo* info, const char* text);
+// is copied first, so the host may change it while values go out. Where the host rebuilds the
+// outputs meanwhile, the rest of that message is dropped; where it disposes of the instance, the
+// rest of the text. May throw std::bad_alloc.
+void ParseInputText(const HostContext* context, const ActorInfo* info, const char* text);
 
 // ActorInfo slot. Takes a new end-of-message character, which publishes nothing and counts from the
 // next text on, or a new text. value: null, or a null string, is ignored; its tag isn't looked at.

@@ -1,7 +1,6 @@
 #include "parser_data.h"
 
 #include <limits>
-#include <memory>
 #include <new>
 #include <string>
 #include <utility>
@@ -16,15 +15,7 @@ constexpr std::uint8_t kBlockFlags = 1;
 
 }  // namespace
 
-void ReleaseParseString(const HostContext* context, ParserData& ioData)
-{
-    ioData.mParseStringSize = 0;
-    if (unsigned char* const block = std::exchange(ioData.mParseString, nullptr)) {
-        context->mCallbacks->ReleaseBlock(block);
-    }
-}
-
-HostBlock AllocateParseString(const HostContext* context, std::uint32_t size)
+StringBlock AllocateParseString(const HostContext* context, std::uint32_t size)
 {
     // With its NUL the largest size needs one byte more than a block can have.
     void* block = nullptr;
@@ -32,19 +23,16 @@ HostBlock AllocateParseString(const HostContext* context, std::uint32_t size)
         block = context->mCallbacks->AllocateBlock(size + 1, kBlockFlags);
     }
     Check(context, block != nullptr, "info->mParseString != nil", __LINE__);
-    return HostBlock(static_cast<unsigned char*>(block), BlockReleaser{context});
+    return {static_cast<unsigned char*>(block), BlockReleaser{context}};
 }
 
-bool StoreParseString(ActorInfo* info, HostBlock block, std::uint32_t size)
+void StoreParseString(const HostContext* context, ParserData& ioData, StringBlock block,
+                      std::uint32_t size)
 {
-    if (!IsAlive(info)) return false;
-    ParserData& data = *info->mActorDataPtr;
-    data.mPattern.Clear();
-    data.mParseStringSize = block != nullptr ? size : 0;
-    // What is there already was stored from inside the host's allocation.
-    unsigned char* const stored = std::exchange(data.mParseString, block.release());
-    HostBlock(stored, block.get_deleter()).reset();
-    return IsAlive(info) && info->mActorDataPtr->mParseString != nullptr;
+    // The record has its new string when the host is called.
+    const StringBlock former(std::exchange(ioData.mParseString, block.release()),
+                             BlockReleaser{context});
+    ioData.mParseStringSize = size;
 }
 
 void CompileParseString(ParserData& ioData)
@@ -70,15 +58,15 @@ void DisposeCallback(HostContext* context, ActorInfo* ioActorInfo) noexcept
 {
     ParserData* const data = ioActorInfo->mActorDataPtr;
     if (!Check(context, data != nullptr, "info != nil", __LINE__)) return;
-    ReleaseParseString(context, *data);
+    const RecordWatch watch(ioActorInfo);
+    StoreParseString(context, *data, nullptr, 0);
     // A host that disposed of the instance from inside that release has left nothing to do.
-    if (!Check(context, ioActorInfo->mActorDataPtr != nullptr, "ioActorInfo->mActorDataPtr != nil",
-               __LINE__)) {
+    if (!Check(context, watch.Record() != nullptr, "ioActorInfo->mActorDataPtr != nil", __LINE__)) {
         return;
     }
-    // It may have restored a state there, too.
-    const HostBlock restored(data->mParseString, BlockReleaser{context});
+    // From here on nothing finds the record, and what was stored from inside the release goes too.
     ioActorInfo->mActorDataPtr = nullptr;
+    StoreParseString(context, *data, nullptr, 0);
     std::destroy_at(data);
     context->mCallbacks->ReleaseBlock(data);
 }

@@ -19,36 +19,49 @@ struct ParserData {
     // The parsing string and one NUL, in a block of the host's that the record owns; null while
     // the instance has no state.
     unsigned char* mParseString = nullptr;
-    std::uint8_t mEomChar = 0;   // ends a message; 0: the end of the text does
-    NPattern::Pattern mPattern;  // compiled from mParseString; empty where that is no good
+    std::uint8_t mEomChar = 0;    // ends a message; 0: the end of the text does
+    NPattern::Pattern mPattern;   // compiled from mParseString; empty where that is no good
+    std::uint32_t mRebuilds = 0;  // how often the outputs were brought in line with a pattern
 };
 
-// Any operation of the host may come back in before it returns, and restore a state or dispose of
-// the instance: after each the record is looked up anew, and no pointer into it is kept.
-inline bool IsAlive(const ActorInfo* info)
-{
-    return info->mActorDataPtr != nullptr;
-}
+// Remembers the record and the outputs of an instance as some work finds them. Each operation of
+// the host may come back into the actor, set another state or dispose of the instance: work that
+// goes on behind one asks here whether there is still something to go on with.
+class RecordWatch {
+  public:
+    explicit RecordWatch(const ActorInfo* info)
+        : mInfo(info),
+          mRecord(info->mActorDataPtr),
+          mRebuilds(mRecord != nullptr ? mRecord->mRebuilds : 0)
+    {
+    }
 
-// A block of the host's with an owner on this side. The context must outlive it.
+    // Null if the record is no longer the instance's, or there was none.
+    ParserData* Record() const { return mInfo->mActorDataPtr == mRecord ? mRecord : nullptr; }
+    // Whether the record is there and its outputs weren't rebuilt.
+    bool OutputsStand() const { return Record() != nullptr && mRecord->mRebuilds == mRebuilds; }
+
+  private:
+    const ActorInfo* mInfo;
+    ParserData* mRecord;
+    std::uint32_t mRebuilds;
+};
+
+// A block of the host's with a parsing string, given back unless a record takes it.
 struct BlockReleaser {
     const HostContext* mContext;
-
     void operator()(unsigned char* block) const { mContext->mCallbacks->ReleaseBlock(block); }
 };
-using HostBlock = std::unique_ptr<unsigned char[], BlockReleaser>;
+using StringBlock = std::unique_ptr<unsigned char[], BlockReleaser>;
 
-// Gives the parsing string back to the host, if there is one, and leaves none.
-void ReleaseParseString(const HostContext* context, ParserData& ioData);
-
-// A block for a string of size bytes and its NUL, all 0. Null, after a report, if the host has no
+// Room for a string of size bytes and its NUL, all 0. Null, after a report, if the host has no
 // memory for it.
-HostBlock AllocateParseString(const HostContext* context, std::uint32_t size);
+StringBlock AllocateParseString(const HostContext* context, std::uint32_t size);
 
-// Makes the block, which holds a string of size bytes, the parsing string of the instance, and
-// leaves its pattern empty. A null block leaves it without a string. Gives whether the instance
-// lives and there is a string to compile.
-bool StoreParseString(ActorInfo* info, HostBlock block, std::uint32_t size);
+// Stores the string of size bytes in block, and gives the one before back to the host if there is
+// one. A null block, of size 0, leaves none.
+void StoreParseString(const HostContext* context, ParserData& ioData, StringBlock block,
+                      std::uint32_t size);
 
 // Compiles the stored string into mPattern. Throws what the engine throws, and leaves the pattern
 // empty then.

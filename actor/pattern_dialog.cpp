@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -10,6 +9,7 @@
 #include "dynamic_outputs.h"
 #include "message_processing.h"
 #include "parser_data.h"
+#include "persistent_state.h"
 #include "text_buffer.h"
 
 namespace NActor {
@@ -19,6 +19,9 @@ namespace {
 constexpr char kDialogTitle[] = "Edit Serial Input Parser";
 constexpr char kHelpFile[] = "read-serial-docs.html";
 constexpr std::uint8_t kDialogFlags = 1;
+
+// Shown to the user in place of a fault of the text.
+constexpr char kNotChecked[] = "The text can't be checked now";
 
 // Keeps a text handle locked. A handle that the host can't lock has no bytes.
 class TextLock {
@@ -39,83 +42,92 @@ class TextLock {
     unsigned char* mBytes;
 };
 
-// Both give false if there are bytes to copy and the host can't lock the handle. The handle has
-// size bytes: a string that isn't so long any more is another, and isn't copied either.
-bool CopyToHandle(const HostContext* context, HostTextHandle* text, std::uint32_t size,
-                  const ActorInfo* info)
+// False if there are bytes to copy and either side has none.
+bool CopyBytes(unsigned char* to, const unsigned char* from, std::uint32_t size)
 {
-    const TextLock lock(context, text);
-    if (!IsAlive(info) || info->mActorDataPtr->mParseStringSize != size) return false;
     if (size == 0) return true;
-    if (lock.Bytes() == nullptr) return false;
-    std::memcpy(lock.Bytes(), info->mActorDataPtr->mParseString, size);
+    if (to == nullptr || from == nullptr) return false;
+    std::memcpy(to, from, size);
     return true;
 }
 
-bool CopyFromHandle(const HostContext* context, HostTextHandle* text, std::uint32_t size,
-                    unsigned char* outBytes)
+// text: a handle of just size bytes. False if they can't be had, or if the host has set a state of
+// another size since, which the user must not see cut.
+bool CopyToHandle(const HostContext* context, const RecordWatch& watch, HostTextHandle* text,
+                  std::uint32_t size)
 {
     const TextLock lock(context, text);
-    if (size == 0) return true;
-    if (lock.Bytes() == nullptr) return false;
-    std::memcpy(outBytes, lock.Bytes(), size);
-    return true;
+    const ParserData* const data = watch.Record();
+    if (data == nullptr || data->mParseStringSize != size) return false;
+    return CopyBytes(lock.Bytes(), data->mParseString, size);
 }
 
-bool StoreTextOfHandle(const HostContext* context, ActorInfo* info, HostTextHandle* text)
+bool CopyFromHandle(const HostContext* context, HostTextHandle* text, unsigned char* outBytes,
+                    std::uint32_t size)
 {
-    ReleaseParseString(context, *info->mActorDataPtr);
-    const auto size = static_cast<std::uint32_t>(context->mCallbacks->TextHandleSize(text));
-    HostBlock block = AllocateParseString(context, size);
-    if (block != nullptr && !CopyFromHandle(context, text, size, block.get())) {
-        Check(context, false, "false", __LINE__);
+    const TextLock lock(context, text);
+    return CopyBytes(outBytes, lock.Bytes(), size);
+}
+
+// Null, after a report, if the text can't be had.
+StringBlock BlockWithText(const HostContext* context, HostTextHandle* text, std::uint32_t size)
+{
+    StringBlock block = AllocateParseString(context, size);
+    if (block != nullptr &&
+        !Check(context, CopyFromHandle(context, text, block.get(), size), "false", __LINE__)) {
         block.reset();
     }
-    return StoreParseString(info, std::move(block), size);
+    return block;
 }
 
-void ParseCurrentText(HostContext* context, ActorInfo* info)
+void ParseCurrentText(const HostContext* context, const ActorInfo* info)
 {
-    if (!IsAlive(info)) return;
+    const RecordWatch watch(info);
     const HostValue* const value = context->mCallbacks->GetInputValue(info->mHostActor, kTextInput);
-    if (value == nullptr || value->String() == nullptr || !IsAlive(info)) return;
-    ParseInputText(context, info, value->String()->mText);
+    if (watch.Record() == nullptr || value == nullptr || value->String() == nullptr) return;
+    ParseInputText(context, info, value->String()->Text());
 }
 
-void CommitText(HostContext* context, ActorInfo* info, HostTextHandle* text)
+void CommitText(const HostContext* context, const ActorInfo* info, HostTextHandle* text)
 {
-    if (!StoreTextOfHandle(context, info, text)) return;
+    const RecordWatch watch(info);
+    StoreParseString(context, *watch.Record(), nullptr, 0);
+    const auto size = static_cast<std::uint32_t>(context->mCallbacks->TextHandleSize(text));
+    StringBlock block = BlockWithText(context, text, size);
+    if (watch.Record() == nullptr) return;
     RunGuarded(context, __LINE__, [&] {
-        CompileParseString(*info->mActorDataPtr);
-        RebuildOutputs(context, info);
-        ParseCurrentText(context, info);
+        if (InstallParseString(context, info, std::move(block), size)) {
+            ParseCurrentText(context, info);
+        }
     });
 }
 
-// Gives whether the user accepted. size: of the handle.
-bool EditParseString(HostContext* context, ActorInfo* info, HostTextHandle* text,
+// text: a handle of just size bytes. Gives whether the user accepted.
+bool EditParseString(HostContext* context, const ActorInfo* info, HostTextHandle* text,
                      std::uint32_t size)
 {
-    const bool copied = CopyToHandle(context, text, size, info);
-    if (!Check(context, copied, "false", __LINE__) || !IsAlive(info)) return false;
+    const RecordWatch watch(info);
+    if (!Check(context, CopyToHandle(context, watch, text, size), "false", __LINE__)) return false;
+    if (watch.Record() == nullptr) return false;
     const std::uint8_t accepted =
         context->mCallbacks->RunTextDialog(info->mHostActor, text, kDialogTitle,
                                            ValidatePatternText, context, kDialogFlags, kHelpFile);
-    // The host may have disposed of the instance while the dialog was open.
-    if (accepted == 0 || !IsAlive(info)) return false;
+    if (accepted == 0 || watch.Record() == nullptr) return false;
     CommitText(context, info, text);
     return true;
 }
 
-// Compiles the text of a handle. Throws what the engine throws, and a standard exception where the
-// text can't be had.
-void CompileTextOfHandle(const HostContext* context, HostTextHandle* text)
+// Compiles the text of a handle. False if its bytes can't be had. Throws what the engine throws,
+// and std::bad_alloc.
+bool CompileTextOfHandle(const HostContext* context, HostTextHandle* text)
 {
     const TextLock lock(context, text);
-    NPattern::Pattern pattern;
     const std::uint64_t size = context->mCallbacks->TextHandleSize(text);
-    if (size != 0 && lock.Bytes() == nullptr) throw std::runtime_error("the handle has no bytes");
-    pattern.SetPatternString(std::string(reinterpret_cast<const char*>(lock.Bytes()), size));
+    if (size != 0 && lock.Bytes() == nullptr) return false;
+    std::string parseString;
+    if (size != 0) parseString.assign(reinterpret_cast<const char*>(lock.Bytes()), size);
+    NPattern::Pattern().SetPatternString(parseString);
+    return true;
 }
 
 }  // namespace
@@ -124,11 +136,11 @@ std::uint8_t DoubleClickCallback(HostContext* context, ActorInfo* info, std::uin
                                  HostWord /*unread*/) noexcept
 {
     bool changed = false;
-    if (IsAlive(info)) {
-        const std::uint32_t size = info->mActorDataPtr->mParseStringSize;
+    if (const RecordWatch watch(info); watch.Record() != nullptr) {
+        const std::uint32_t size = watch.Record()->mParseStringSize;
         HostTextHandle* const text = context->mCallbacks->NewTextHandle(size, 0);
         if (Check(context, text != nullptr, "temp != nil", __LINE__)) {
-            changed = EditParseString(context, info, text, size);
+            changed = watch.Record() != nullptr && EditParseString(context, info, text, size);
             context->mCallbacks->DisposeTextHandle(text);
         }
     }
@@ -142,20 +154,22 @@ std::uint8_t ValidatePatternText(HostTextHandle* text, std::int32_t* outStart, s
 {
     const auto bufferSize = static_cast<std::uint32_t>(std::max(errorSize, 0));
     try {
-        CompileTextOfHandle(context, text);
-        return 1;
+        if (CompileTextOfHandle(context, text)) return 1;
     } catch (const NPattern::PatternSyntaxException& error) {
         CopyText(error.mMessage, outError, bufferSize);
         *outStart = error.mPosition;
         *outEnd =
             static_cast<std::int32_t>(static_cast<std::uint32_t>(error.mPosition) +
                                       static_cast<std::uint32_t>(error.mOffendingText.size()));
+        return 0;
     } catch (const NPattern::PatternException& error) {
         CopyText(error.mMessage, outError, bufferSize);
-    } catch (...) {
-        // No memory, or no text: nothing is known of it but that it can't be taken now.
         return 0;
+    } catch (...) {
+        // Memory ran out: said below.
     }
+    Check(context, false, "false", __LINE__);
+    CopyText(kNotChecked, outError, bufferSize);
     return 0;
 }
 

@@ -17,7 +17,8 @@ std::uint8_t DoubleClickCallback(HostContext* context, ActorInfo* info, std::uin
                                  HostWord unread) noexcept;
 
 // The ValidateTextFunction of that dialog. Compiles into a pattern of its own, so that a check
-// never disturbs the instance. The place goes out as the engine tells it, and can be -1.
+// never disturbs the instance. The place goes out as the engine tells it, and can be -1. A text
+// that can't be had, or for which there is no memory, is reported, and the message says so.
 std::uint8_t ValidatePatternText(HostTextHandle* text, std::int32_t* outStart, std::int32_t* outEnd,
                                  char* outError, std::int32_t errorSize,
                                  HostContext* context) noexcept;

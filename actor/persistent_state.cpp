@@ -6,22 +6,36 @@
 
 #include "checks.h"
 #include "dynamic_outputs.h"
-#include "parser_data.h"
 
 namespace NActor {
+
+bool InstallParseString(const HostContext* context, const ActorInfo* info, StringBlock block,
+                        std::uint32_t size)
+{
+    const RecordWatch watch(info);
+    if (block == nullptr) {
+        watch.Record()->mPattern.Clear();
+        StoreParseString(context, *watch.Record(), nullptr, 0);
+        return false;
+    }
+    StoreParseString(context, *watch.Record(), std::move(block), size);
+    if (watch.Record() == nullptr) return false;
+    CompileParseString(*watch.Record());
+    RebuildOutputs(context, info);
+    return watch.Record() != nullptr;
+}
 
 void SetStateCallback(HostContext* context, ActorInfo* info, const void* bytes,
                       std::uint32_t size) noexcept
 {
-    if (!IsAlive(info)) return;
-    ReleaseParseString(context, *info->mActorDataPtr);
-    HostBlock block = AllocateParseString(context, size);
-    if (block != nullptr && size != 0) std::memcpy(block.get(), bytes, size);
-    if (!StoreParseString(info, std::move(block), size)) return;
-    RunGuarded(context, __LINE__, [&] {
-        CompileParseString(*info->mActorDataPtr);
-        RebuildOutputs(context, info);
-    });
+    const RecordWatch watch(info);
+    if (watch.Record() == nullptr) return;
+    StoreParseString(context, *watch.Record(), nullptr, 0);
+    StringBlock block = AllocateParseString(context, size);
+    if (watch.Record() == nullptr) return;
+    if (size != 0 && block != nullptr) std::memcpy(block.get(), bytes, size);
+    RunGuarded(context, __LINE__,
+               [&] { InstallParseString(context, info, std::move(block), size); });
 }
 
 std::uint32_t StateSizeCallback(HostContext* /*context*/, ActorInfo* info) noexcept
@@ -42,7 +56,7 @@ std::uint32_t GetStateCallback(HostContext* /*context*/, ActorInfo* info, std::u
 
 void DefaultStateCallback(HostContext* context, ActorInfo* info) noexcept
 {
-    SetStateCallback(context, info, nullptr, 0);
+    SetStateCallback(context, info, "", 0);
 }
 
 }  // namespace NActor

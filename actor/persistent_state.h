@@ -7,8 +7,17 @@
 
 #include "actor_info.h"
 #include "host_interface.h"
+#include "parser_data.h"
 
 namespace NActor {
+
+// Makes the string of size bytes in block that of an instance that has a record: stores it,
+// compiles it and brings the outputs in line. Gives whether all of that was done and the record is
+// still there. A null block leaves no string and an empty pattern, and the outputs as they are.
+// Throws what the engine throws and std::bad_alloc: the string is then stored, and the pattern
+// empty.
+bool InstallParseString(const HostContext* context, const ActorInfo* info, StringBlock block,
+                        std::uint32_t size);
 
 // ActorInfo slots. Without a record they do nothing, and give 0.
 

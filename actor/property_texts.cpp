@@ -1,6 +1,7 @@
 #include "property_texts.h"
 
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 #include "text_buffer.h"
@@ -35,11 +36,11 @@ constexpr std::string_view kHelpTexts[] = {
 // The number under which every dynamic output asks for its help.
 constexpr std::uint16_t kFirstDynamicOutput = 2;
 
-// Nothing to say at a position that isn't in the table.
+// Nothing to say at a position that isn't in the table, nor at one below 0.
 std::string_view HelpTextAt(std::int32_t position)
 {
     const auto index = static_cast<std::size_t>(position);
-    return position >= 0 && index < std::size(kHelpTexts) ? kHelpTexts[index] : std::string_view();
+    return index < std::size(kHelpTexts) ? kHelpTexts[index] : std::string_view();
 }
 
 }  // namespace

@@ -19,6 +19,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "actor/icon.h"
@@ -190,8 +191,8 @@ bool Session::OnOperation(std::size_t operation)
 {
     DoInside(operation);
     if (operation == NStandIn::kGetPropertyCount) {
-        mHost.mClaimedOutputCount = mClaiming ? &mClaimedCount : nullptr;
-        mClaiming = false;
+        mHost.mClaimedOutputCount.reset();
+        if (std::exchange(mClaiming, false)) mHost.mClaimedOutputCount = mClaimedCount;
     }
     const auto isDue = [](int& calls) { return calls != 0 && --calls == 0; };
     const bool thisFails = isDue(mCallsToFailure[operation]);
@@ -210,7 +211,8 @@ void Session::DoInside(std::size_t operation)
 // out, the actor can't know which there are.
 bool FollowsFromOddities(const std::string& violation)
 {
-    return violation.find("unknown output") != std::string::npos;
+    return violation.find("unknown output") != std::string::npos ||
+           violation.find("another kind than output") != std::string::npos;
 }
 
 void Session::Finish()

@@ -27,7 +27,7 @@ using NActor::PropertyKind;
 namespace {
 
 constexpr unsigned char kGarbage = 0xA5;
-constexpr HostError kFailed = 0x5A5A;
+constexpr HostError kFailed = 0x5A00;  // an actor that looks at the low byte alone sees no error
 constexpr HostWord kUnreadArgument = 0xA5A5A5A5A5A5A5A5;
 
 constexpr const char* kOperationNames[kOperationCount] = {
@@ -61,21 +61,37 @@ std::vector<std::string> SplitColumns(const std::string& line)
     return columns;
 }
 
-// "INPROP name", id, type, and what the host alone understands.
+// A value as a column of the definition string has it; "*" is no number, and counts as 0.
+Value ReadValue(NActor::HostValueTag tag, const std::string& column)
+{
+    Value value;
+    value.mBits.mTag = tag;
+    if (tag == NActor::kValueString) {
+        value.mText = column;
+    } else {
+        value.mBits.SetInteger(std::strtoll(column.c_str(), nullptr, 10));
+    }
+    return value;
+}
+
+// "INPROP name", id, type, display, minimum, maximum and initial value; what comes behind these the
+// real host alone understands.
 void ReadDefinitions(const std::string& definitions, std::vector<Property>& outInputs,
                      std::vector<Property>& outOutputs)
 {
     std::istringstream stream(definitions);
     for (std::string line; std::getline(stream, line, '\r');) {
         const std::vector<std::string> columns = SplitColumns(line);
-        if (columns.size() < 3) continue;
+        if (columns.size() < 7) continue;
         const std::size_t blank = columns[0].find(' ');
         if (blank == std::string::npos) continue;
         Property property;
         property.mName = columns[0].substr(blank + 1);
         property.mId = columns[1];
-        property.mValue.mBits.mTag =
-            columns[2] == "string" ? NActor::kValueString : NActor::kValueInteger;
+        const auto tag = columns[2] == "string" ? NActor::kValueString : NActor::kValueInteger;
+        property.mMinimum = ReadValue(tag, columns[4]);
+        property.mMaximum = ReadValue(tag, columns[5]);
+        property.mInitial = property.mValue = ReadValue(tag, columns[6]);
         (columns[0].compare(0, blank, "INPROP") == 0 ? outInputs : outOutputs).push_back(property);
     }
 }
@@ -90,7 +106,9 @@ void FillWithGarbage(T& record)
 
 // The functions of the table.
 struct HostOperations {
-    // Counts, logs and lets the hook speak. An operation without effect is one that is to fail.
+    // Stands at the head of each operation: keeps the depth, writes the line of the log and asks
+    // the hook whether the operation is to fail. The hook may change everything that the operation
+    // works on, so what the actor passed is checked before, and looked up anew behind.
     class Scope {
       public:
         template <typename... Details>
@@ -122,16 +140,44 @@ struct HostOperations {
         if (!held) Blame(fault);
     }
 
-    // To be asked before the hook, which may dispose of the instance.
     static Instance* InstanceOf(HostActor* actor, const char* operation)
     {
         for (const auto& instance : sHost->mInstances) {
-            if (reinterpret_cast<HostActor*>(instance.get()) != actor) continue;
-            if (instance->mGone) Blame(std::string(operation) + ": the instance is gone");
-            return instance.get();
+            if (reinterpret_cast<HostActor*>(instance.get()) == actor) return instance.get();
         }
         Blame(std::string(operation) + ": foreign mHostActor");
         return nullptr;
+    }
+
+    // Of an instance that has a record.
+    static Instance* LivingInstanceOf(HostActor* actor, const char* operation)
+    {
+        Instance* const instance = InstanceOf(actor, operation);
+        if (instance != nullptr && instance->mInfo.mActorDataPtr == nullptr) {
+            Blame(std::string(operation) + ": the instance has been disposed of");
+        }
+        return instance;
+    }
+
+    // The output of a number that the actor passed; null where the instance hasn't got it.
+    static Property* OutputOf(Instance* instance, std::uint16_t output)
+    {
+        if (instance == nullptr || output < 1 || output > instance->mOutputs.size()) return nullptr;
+        return &instance->mOutputs[output - 1U];
+    }
+
+    // That the actor may redefine or remove it.
+    static void DemandDynamicOutput(Instance* instance, std::uint16_t output, const char* operation)
+    {
+        if (output > 1 && OutputOf(instance, output) != nullptr) return;
+        Blame(operation + (": unknown output " + std::to_string(output)));
+    }
+
+    static void DemandOneKind(const HostValue& minimum, const HostValue& maximum,
+                              const HostValue& initial, const char* operation)
+    {
+        if (minimum.mTag == maximum.mTag && maximum.mTag == initial.mTag) return;
+        Blame(std::string(operation) + ": values of several kinds");
     }
 
     // A copy that doesn't depend on the string the value points at.
@@ -141,7 +187,8 @@ struct HostOperations {
         value.mBits = bits;
         if (bits.mTag == NActor::kValueString && bits.mPayload != 0) {
             const auto found = sHost->mStringValues.find(bits.mPayload);
-            Demand(found != sHost->mStringValues.end(), "a string value that the host never made");
+            Demand(found != sHost->mStringValues.end(),
+                   "a string value that the host doesn't have");
             if (found != sHost->mStringValues.end()) value.mText = found->second;
         }
         return value;
@@ -174,32 +221,38 @@ struct HostOperations {
 
     static const HostValue* GetInputValue(HostActor* actor, std::uint16_t input)
     {
-        Instance* const instance = InstanceOf(actor, "GetInputValue");
+        Instance* const instance = LivingInstanceOf(actor, "GetInputValue");
         const Scope scope(kGetInputValue, input);
         if (scope.Fails() || instance == nullptr) return nullptr;
-        Demand(input >= 1 && input <= instance->mInputs.size(), "GetInputValue: unknown input");
-        return input == 2 ? instance->mInputValue.get() : nullptr;
+        if (input < 1 || input > instance->mInputs.size()) {
+            Blame("GetInputValue: unknown input " + std::to_string(input));
+            return nullptr;
+        }
+        return input == 2 ? instance->mInputValue.get()
+                          : &instance->mInputs[input - 1U].mValue.mBits;
     }
 
     static HostError SetOutputValue(HostActor* actor, std::uint16_t output, const HostValue* value)
     {
-        Instance* const instance = InstanceOf(actor, "SetOutputValue");
-        const Scope scope(kSetOutputValue, output, Shown{*value});
-        if (scope.Fails() || instance == nullptr) return kFailed;
-        if (output < 1 || output > instance->mOutputs.size()) {
+        Instance* const instance = LivingInstanceOf(actor, "SetOutputValue");
+        const Property* const asked = OutputOf(instance, output);
+        if (asked == nullptr) {
             Blame("SetOutputValue: unknown output " + std::to_string(output));
-            return kFailed;
+        } else if (value->mTag != asked->mInitial.mBits.mTag) {
+            Blame("SetOutputValue: another kind than output " + std::to_string(output));
         }
-        instance->mOutputs[output - 1U].mValue = Keep(*value);
+        const Scope scope(kSetOutputValue, output, Shown{*value});
+        Property* const set = OutputOf(instance, output);
+        if (scope.Fails() || set == nullptr) return kFailed;
+        set->mValue = Keep(*value);
         if (sHost->mOutputListener) sHost->mOutputListener(*instance, output);
         return NActor::kQuendalNoError;
     }
 
     static std::int32_t PropertyHelpIndex(HostActor* actor, PropertyKind kind, std::uint16_t number)
     {
-        const Instance* const instance = InstanceOf(actor, "PropertyHelpIndex");
         const Scope scope(kPropertyHelpIndex, int{kind}, number);
-        if (scope.Fails() || instance == nullptr) return -1;
+        if (scope.Fails() || InstanceOf(actor, "PropertyHelpIndex") == nullptr) return -1;
         switch (kind) {
             case kPropertyInput: return number;
             case kPropertyOutput: return 2 + number;
@@ -213,7 +266,8 @@ struct HostOperations {
                                  const HostValue* minimum, const HostValue* maximum,
                                  const HostValue* initial, HostZero z4, HostZero z5, HostZero z6)
     {
-        Instance* const instance = InstanceOf(actor, "AddProperty");
+        Instance* const instance = LivingInstanceOf(actor, "AddProperty");
+        DemandOneKind(*minimum, *maximum, *initial, "AddProperty");
         const Scope scope(kAddProperty, IdText(id), name, Shown{*initial});
         Demand(kind == kPropertyOutput, "AddProperty: not an output");
         Demand((z1 | z2 | z3 | z4 | z5 | z6) == 0, "AddProperty: an argument isn't 0");
@@ -231,46 +285,40 @@ struct HostOperations {
                                     const HostValue* lowest, const HostValue* highest,
                                     const HostValue* initial)
     {
-        Instance* const instance = InstanceOf(actor, "ChangeProperty");
+        Instance* const instance = LivingInstanceOf(actor, "ChangeProperty");
+        DemandDynamicOutput(instance, number, "ChangeProperty");
+        DemandOneKind(*minimum, *maximum, *initial, "ChangeProperty");
         const Scope scope(kChangeProperty, number, name, Shown{*initial});
         Demand(kind == kPropertyOutput, "ChangeProperty: not an output");
         Demand(zero == 0, "ChangeProperty: an argument isn't 0");
         Demand(minimum == lowest && maximum == highest, "ChangeProperty: other limits");
         const Value value = TakeOver(*initial);
-        if (scope.Fails() || instance == nullptr) return kFailed;
-        if (number < 2 || number > instance->mOutputs.size()) {
-            Blame("ChangeProperty: unknown output " + std::to_string(number));
-            return kFailed;
-        }
-        Property& output = instance->mOutputs[number - 1U];
-        output = {name,           output.mId,     firstFlags, secondFlags,
-                  Keep(*minimum), Keep(*maximum), value,      value};
+        Property* const output = OutputOf(instance, number);
+        if (scope.Fails() || output == nullptr) return kFailed;
+        *output = {name,           output->mId,    firstFlags, secondFlags,
+                   Keep(*minimum), Keep(*maximum), value,      value};
         return NActor::kQuendalNoError;
     }
 
     static HostError RemoveProperty(HostActor* actor, PropertyKind kind, std::uint16_t number)
     {
-        Instance* const instance = InstanceOf(actor, "RemoveProperty");
+        Instance* const instance = LivingInstanceOf(actor, "RemoveProperty");
+        DemandDynamicOutput(instance, number, "RemoveProperty");
         const Scope scope(kRemoveProperty, number);
         Demand(kind == kPropertyOutput, "RemoveProperty: not an output");
-        if (scope.Fails() || instance == nullptr) return kFailed;
-        if (number < 2 || number > instance->mOutputs.size()) {
-            Blame("RemoveProperty: unknown output " + std::to_string(number));
-            return kFailed;
-        }
+        if (scope.Fails() || OutputOf(instance, number) == nullptr) return kFailed;
         instance->mOutputs.erase(instance->mOutputs.begin() + (number - 1));
         return NActor::kQuendalNoError;
     }
 
     static HostError GetPropertyCount(HostActor* actor, PropertyKind kind, std::int32_t* outCount)
     {
-        Instance* const instance = InstanceOf(actor, "GetPropertyCount");
+        Instance* const instance = LivingInstanceOf(actor, "GetPropertyCount");
         const Scope scope(kGetPropertyCount);
         Demand(kind == kPropertyOutput, "GetPropertyCount: not of the outputs");
         if (scope.Fails() || instance == nullptr) return kFailed;
-        *outCount = sHost->mClaimedOutputCount != nullptr
-                        ? *sHost->mClaimedOutputCount
-                        : static_cast<std::int32_t>(instance->mOutputs.size());
+        *outCount = sHost->mClaimedOutputCount.value_or(
+            static_cast<std::int32_t>(instance->mOutputs.size()));
         return NActor::kQuendalNoError;
     }
 
@@ -299,7 +347,7 @@ struct HostOperations {
                                       NActor::ValidateTextFunction validate, HostContext* context,
                                       std::uint8_t flags, const char* helpFile)
     {
-        InstanceOf(actor, "RunTextDialog");
+        LivingInstanceOf(actor, "RunTextDialog");
         const Scope scope(kRunTextDialog, title, helpFile);
         Demand(flags == 1, "RunTextDialog: the flags aren't 1");
         const auto handle = sHost->mTextHandles.find(text);
@@ -307,8 +355,9 @@ struct HostOperations {
         if (scope.Fails() || handle == sHost->mTextHandles.end() || !sHost->mDialogScript) return 0;
         Demand(handle->second.mLocks == 0, "RunTextDialog: the text is locked");
         Dialog dialog(handle->second.mBytes, [=](std::int32_t errorSize) {
-            const auto buffer =
-                std::make_unique<char[]>(static_cast<std::size_t>(std::max(errorSize, 0)));
+            const auto size = static_cast<std::size_t>(std::max(errorSize, 0));
+            const auto buffer = std::make_unique<char[]>(size);
+            std::fill_n(buffer.get(), size, static_cast<char>(kGarbage));
             Validation result{false, {}, Validation::kUnset, Validation::kUnset};
             // What the actor does in there is its own work again.
             const int depth = std::exchange(sOperationDepth, 0);
@@ -316,7 +365,13 @@ struct HostOperations {
                 validate(text, &result.mStart, &result.mEnd, buffer.get(), errorSize, context);
             sOperationDepth = depth;
             result.mGood = good == 1;
-            if (!result.mGood && errorSize > 0) result.mMessage = buffer.get();
+            // A message comes with NUL up to the end of the buffer; without a fault there is none.
+            const std::string_view written(buffer.get(), size);
+            if (!result.mGood) result.mMessage = written.substr(0, written.find('\0'));
+            const char rest = result.mGood ? static_cast<char>(kGarbage) : '\0';
+            Demand(written.find_first_not_of(rest, result.mMessage.size()) == written.npos &&
+                       (result.mGood || size == 0 || result.mMessage.size() < size),
+                   "ValidatePatternText: a message that isn't filled up with NUL");
             return result;
         });
         return sHost->mDialogScript(dialog) ? 0x80 : 0;
@@ -358,10 +413,10 @@ struct HostOperations {
     static void ReleaseStringValue(HostValue* ioValue)
     {
         const Scope scope(kReleaseStringValue);
-        if (ioValue->mPayload == 0) return;
-        Demand(sHost->mStringValues.erase(ioValue->mPayload) == 1,
-               "ReleaseStringValue: not a string value");
-        ioValue->mPayload = 0;
+        Demand(ioValue->mTag == NActor::kValueString, "ReleaseStringValue: not a string value");
+        // The payload stays, so that the actor can be seen to use it again.
+        Demand(ioValue->mPayload == 0 || sHost->mStringValues.erase(ioValue->mPayload) == 1,
+               "ReleaseStringValue: never made, or released before");
     }
 
     static HostTextHandle* NewTextHandle(std::uint32_t size, HostZero zero)
@@ -477,8 +532,12 @@ struct HostOperations {
 using CallContext = HostOperations::CallContext;
 
 Instance::Instance(StandInHost& host)
-    : mInfo(host.mActorTemplate), mInputs(host.mInputs), mOutputs(host.mOutputs)
+    : mInfo(host.mActorTemplate),
+      mInputs(host.mInputs),
+      mOutputs(host.mOutputs),
+      mInputValue(std::make_unique<HostValue>())
 {
+    mInputValue->mTag = NActor::kValueString;  // and no string
     mInfo.mHostActor = reinterpret_cast<HostActor*>(this);
 }
 
@@ -489,9 +548,13 @@ void Instance::SetState(std::string_view bytes)
     // A copy of exactly these bytes, gone when the call returns; none at all is a null pointer.
     const auto copy = bytes.empty() ? nullptr : std::make_unique<char[]>(bytes.size());
     std::copy(bytes.begin(), bytes.end(), copy.get());
+    SetState(copy.get(), static_cast<std::uint32_t>(bytes.size()));
+}
+
+void Instance::SetState(const void* bytes, std::uint32_t size)
+{
     const CallContext context;
-    mInfo.SetStateCallback(context.Get(), &mInfo, copy.get(),
-                           static_cast<std::uint32_t>(bytes.size()));
+    mInfo.SetStateCallback(context.Get(), &mInfo, bytes, size);
 }
 
 void Instance::SetDefaultState()
@@ -504,15 +567,17 @@ std::string Instance::State(std::uint32_t capacity)
 {
     // These two callbacks are promised not to touch their context.
     auto* const nowhere = reinterpret_cast<HostContext*>(std::uintptr_t{1});
+    // No more room than the state takes, whatever capacity is told: one byte more is one too many.
     const std::uint32_t size = std::min(mInfo.StateSizeCallback(nowhere, &mInfo), capacity);
     const auto bytes = size != 0 ? std::make_unique<char[]>(size) : nullptr;
-    const std::uint32_t copied = mInfo.GetStateCallback(nowhere, &mInfo, size, bytes.get());
+    const std::uint32_t copied = mInfo.GetStateCallback(nowhere, &mInfo, capacity, bytes.get());
+    HostOperations::Demand(copied == size, "GetStateCallback: another size");
     return {bytes.get(), copied};
 }
 
 void Instance::SetEomChar(std::uint8_t eomChar)
 {
-    HostValue value;
+    HostValue& value = mInputs[0].mValue.mBits;
     value.SetInteger(static_cast<std::int64_t>(kUnreadArgument << 8 | eomChar));
     Notify(1, &value);
 }
@@ -539,12 +604,12 @@ void Instance::Notify(std::uint16_t input, const HostValue* value)
     mInfo.InputChangedCallback(context.Get(), &mInfo, input, kUnreadArgument, value);
 }
 
-bool Instance::DoubleClick()
+bool Instance::DoubleClick(bool asksForFlag)
 {
-    std::uint8_t changed = kGarbage;
+    std::uint8_t changed = asksForFlag ? kGarbage : 0;
     const CallContext context;
-    const std::uint8_t result =
-        mInfo.DoubleClickCallback(context.Get(), &mInfo, &changed, kUnreadArgument);
+    const std::uint8_t result = mInfo.DoubleClickCallback(
+        context.Get(), &mInfo, asksForFlag ? &changed : nullptr, kUnreadArgument);
     HostOperations::Demand(result == 1, "DoubleClickCallback: the result isn't true");
     HostOperations::Demand(changed <= 1, "DoubleClickCallback: no changed flag");
     return changed == 1;
@@ -579,10 +644,8 @@ void Instance::DrawIcon(void* host, std::uint16_t part, HostWord place, std::uin
 
 void Instance::Dispose()
 {
-    if (std::exchange(mDisposed, true)) return;
     const CallContext context;
     mInfo.DisposeCallback(context.Get(), &mInfo);
-    mGone = true;
 }
 
 StandInHost::StandInHost(GetActorInfoFunction getActorInfo)

@@ -8,9 +8,10 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <set>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "actor/actor_info.h"
@@ -112,6 +113,8 @@ class Instance {
     ~Instance();
 
     void SetState(std::string_view bytes);
+    // With just these arguments, however little they fit each other.
+    void SetState(const void* bytes, std::uint32_t size);
     void SetDefaultState();
     std::string State(std::uint32_t capacity = 0xFFFFFFFF);
 
@@ -122,8 +125,9 @@ class Instance {
     // Tells the actor of an input with the value given, which may be null.
     void Notify(std::uint16_t input, const NActor::HostValue* value);
 
-    // Double click; the dialog is run by the host's script. Gives the changed flag.
-    bool DoubleClick();
+    // Double click; the dialog is run by the host's script. Gives the changed flag, or false if the
+    // actor isn't to be asked for it.
+    bool DoubleClick(bool asksForFlag = true);
 
     // Asks for a help text in a buffer of so many bytes, and gives the whole buffer.
     std::string Help(NActor::PropertyKind kind, std::uint16_t number, std::uint32_t size);
@@ -131,10 +135,11 @@ class Instance {
     std::array<std::uint16_t, 4> IconSize(void* host);
     void DrawIcon(void* host, std::uint16_t part, NActor::HostWord place, std::uint8_t state);
 
-    // Calls DisposeCallback; harmless when called again.
+    // Calls DisposeCallback each time; the actor's record is gone behind the first.
     void Dispose();
 
     NActor::ActorInfo& Info() { return mInfo; }
+    const std::vector<Property>& Inputs() const { return mInputs; }
     const std::vector<Property>& Outputs() const { return mOutputs; }  // output 1 first
 
   private:
@@ -145,8 +150,6 @@ class Instance {
     void SetInputText(std::string_view text);
 
     NActor::ActorInfo mInfo;
-    bool mDisposed = false;  // or about to be
-    bool mGone = false;      // the actor may do nothing more for it
     std::vector<Property> mInputs;
     std::vector<Property> mOutputs;
     std::unique_ptr<unsigned char[]> mInputString;  // a HostString
@@ -159,7 +162,10 @@ class Instance {
 // blocks have exactly their size, and a text moves whenever it is locked.
 //
 // The operations carry no reference to their host, so there is one at a time, on one thread. The
-// host must outlive what it hands out; no operation throws unless a hook of the caller's does.
+// host must outlive what it hands out.
+//
+// mHook, mOutputListener and mDialogScript run inside operations, below callbacks that let nothing
+// through: none may throw, nor put another in its own place while it runs.
 class StandInHost {
   public:
     // Calls GetActorInfo, once.
@@ -168,7 +174,7 @@ class StandInHost {
     StandInHost& operator=(const StandInHost&) = delete;
     ~StandInHost();
 
-    // Makes an instance and calls its CreateCallback. It lives as long as this host.
+    // Makes an instance and calls its CreateCallback. It stays until Close, also when disposed of.
     Instance& CreateInstance();
 
     // Asked at the start of each operation whether it is to fail; may call back into the actor.
@@ -180,7 +186,7 @@ class StandInHost {
     // The user at the dialog: gives whether the text is accepted. Without one it is cancelled.
     std::function<bool(Dialog&)> mDialogScript;
     // A count that GetPropertyCount gives in place of the true one; below 0 counts too.
-    const std::int32_t* mClaimedOutputCount = nullptr;
+    std::optional<std::int32_t> mClaimedOutputCount;
 
     // From here on one line for each operation, its name and what tells it apart.
     void StartLog();
@@ -191,8 +197,8 @@ class StandInHost {
 
     // What the actor did wrong so far.
     const std::vector<std::string>& Violations() const { return mViolations; }
-    // Disposes of all instances, and gives what the actor did wrong, things not given back
-    // included.
+    // Disposes of all instances and destroys them, and gives what the actor did wrong, things not
+    // given back included. Forgets the hook first.
     std::vector<std::string> Close();
 
     // The actor's icon, once it has been asked for; null before.
