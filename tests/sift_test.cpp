@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 
 using namespace std::string_literals;
@@ -89,15 +90,40 @@ TEST_F(Sift, TakesTheEndOfMessageInManyWays)
 
 TEST_F(Sift, ShowsThePlaceOfABadParsingString)
 {
-    EXPECT_EQ(Run("\"'ab' wrong x\""), 2);
-    EXPECT_EQ(mErr,
-              "sift: Syntax error at 'wrong'\n  'ab' wrong x\n       ^^^^^\n"
-              "at byte 5 of the parsing string\n");
-    const std::string file = Write("pattern", "'x' # first line\n\t'\xC3\xA4' ! y\n");
-    EXPECT_EQ(Run("-f " + file), 2);
-    EXPECT_EQ(mErr,
-              "sift: Unexpected character '!'\n  \\t'\xC3\xA4' ! y\n        ^\n"
-              "at byte 23 of the parsing string\n");
+    struct Row {
+        const char* mPattern;
+        const char* mWords;  // parts of what is said, one behind the other
+    };
+    const Row rows[] = {
+        {"'ab' wrong x",
+         "sift: Syntax error at 'wrong'\n  'ab' wrong x\n       ^^^^^\nat byte 5 of the parsing "
+         "string\nhint: a text that the message holds is written in quotes: 'wrong'\n"},
+        {"'x' # first line\n\t'\xC3\xA4' ! y\n",
+         "sift: Unexpected character '!'\n  \\t'\xC3\xA4' ! y\n        ^\nat byte 23 "},
+        {"n:i=# 'abc", "n:i=# 'abc\n        ^\n"},
+        {"n:s=[abc", "n:s=[abc\n      ^\n"},
+        {"{0A0D}", "{0A0D}\n   ^^^^\n|: 0A 0D"},
+        {"{A}", ": 0A\n"},
+        {"n:i=3[a-z]", "hint: a count can't stand before a bracket|behind n:i= behind the count 3"},
+        {"n:i#", "hint: a capture has an = behind its type: n:i="},
+        {"t=.#", "hint: a capture has a type|t:float="},
+        {"n:flaot=.#", "did you mean float?|number     another type in the header"},
+        {"n:i=(0-7)", "hint: a bit field has no header|(n=0-7)"},
+        {"digits4", "hint: a count stands before its word: 4 digits"},
+        {"(a=0-32)", "at most 32 bits wide: 0-32 is more"},
+        {"\xE2\x80\x9C"
+         "a\xE2\x80\x9D",
+         "hint: this isn't a plain quote"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Run("-f " + Write("pattern", row.mPattern)), 2);
+        std::size_t place = 0;
+        std::istringstream words(row.mWords);
+        for (std::string part; std::getline(words, part, '|');) {
+            place = mErr.find(part, place);
+            EXPECT_NE(place, std::string::npos) << part << "\n" << mErr;
+        }
+    }
 }
 
 TEST_F(Sift, ReadsFilesInTurn)
