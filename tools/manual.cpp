@@ -1,15 +1,17 @@
 #include "manual.h"
 
 #include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
 #include <string_view>
 
 namespace NSift {
 
-const char kDescription[] =
+namespace {
+
+constexpr char kDescription[] =
     "Runs the Word Sifter plug-in over messages: each one that matches the parsing string gives a "
     "line of its captured values.";
-
-namespace {
 
 struct Section {
     const char* mTitle;
@@ -105,10 +107,9 @@ void WriteOption(std::ostream& stream, const CLI::Option& option)
     stream << '\n' << Roff(option.get_description()) << '\n';
 }
 
-// Each paragraph in lines as wide as a terminal.
-std::string Wrapped(std::string_view text)
+// Each paragraph in lines of at most so many columns.
+std::string Wrapped(std::string_view text, std::size_t width)
 {
-    constexpr std::size_t kWidth = 79;
     std::string wrapped;
     std::size_t column = 0;
     bool isFixed = true;
@@ -122,7 +123,7 @@ std::string Wrapped(std::string_view text)
         }
         const std::size_t end =
             std::min(text.find_first_of(isFixed ? "\n" : " \n", start), text.size());
-        if (column != 0 && column + 1 + end - start > kWidth) {
+        if (column != 0 && column + 1 + end - start > width) {
             wrapped += '\n';
             column = 0;
         } else if (column != 0) {
@@ -136,16 +137,30 @@ std::string Wrapped(std::string_view text)
     return wrapped;
 }
 
+constexpr std::size_t kWidth = 79;
+constexpr std::size_t kOptionColumn = 20;
+
+class HelpFormatter final : public CLI::Formatter {
+  public:
+    HelpFormatter() { column_width(kOptionColumn); }
+    std::string make_option_desc(const CLI::Option* option) const override
+    {
+        return Wrapped(option->get_description(), kWidth - kOptionColumn);
+    }
+};
+
 }  // namespace
 
-std::string HelpFooter()
+void FormatHelp(CLI::App& app)
 {
     std::string footer;
     for (const Section& section : kSections) {
         footer += (footer.empty() ? "" : "\n\n") + std::string(section.mTitle) + ":\n" +
-                  Wrapped(section.mText);
+                  Wrapped(section.mText, kWidth);
     }
-    return footer;
+    app.description(Wrapped(kDescription, kWidth));
+    app.footer(footer);
+    app.formatter(std::make_shared<HelpFormatter>());
 }
 
 void WriteManual(std::ostream& stream, const CLI::App& app)

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <ostream>
-#include <string>
 
 namespace CLI {
 class App;
@@ -11,10 +10,8 @@ class App;
 
 namespace NSift {
 
-extern const char kDescription[];
-
-// The sections that stand behind the options.
-std::string HelpFooter();
+// Gives app the description, the sections behind the options, and lines as wide as a terminal.
+void FormatHelp(CLI::App& app);
 
 // Writes the page in the form that man reads.
 void WriteManual(std::ostream& stream, const CLI::App& app);

@@ -168,8 +168,8 @@ std::optional<Options> ParseOptions(int argc, char** argv, int& outExitStatus)
 {
     Options options;
     CommandLine line;
-    CLI::App app(kDescription, "sift");
-    app.footer(HelpFooter());
+    CLI::App app("", "sift");
+    FormatHelp(app);
     DefineOptions(app, line, options);
     try {
         app.parse(argc, argv);

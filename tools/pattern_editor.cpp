@@ -46,25 +46,6 @@ std::string EditorCommand()
     return kDefaultEditor;
 }
 
-std::string ReadBack(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw std::runtime_error("can't read back " + path.string());
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-// Messages may come on standard input, so that the answer comes from the terminal itself. Without
-// anybody to ask it is no.
-bool AskToEditAgain()
-{
-    if (!IsTerminal(stderr)) return false;
-    std::cerr << "edit again? [Y/n] " << std::flush;
-    std::ifstream terminal(kTerminal);
-    std::string answer;
-    if (!std::getline(terminal, answer)) return false;
-    return answer.empty() || (answer[0] != 'n' && answer[0] != 'N');
-}
-
 }  // namespace
 
 bool PatternEditor::Run(NStandIn::StandInHost& host, NStandIn::Instance& instance,
@@ -88,17 +69,12 @@ bool PatternEditor::Run(NStandIn::StandInHost& host, NStandIn::Instance& instanc
 
 bool PatternEditor::EditUntilGood(NStandIn::Dialog& dialog, const Palette& palette)
 {
-    const std::string original = dialog.Text();
+    mOriginal = dialog.Text();
     mFile = UnusedPath(fs::temp_directory_path(), "sift", ".pattern");
-    WriteNewFile(mFile, original);
+    WriteNewFile(mFile, mOriginal);
     for (;;) {
         RunEditor();
-        mText = ReadBack(mFile);
-        // Most editors end a text with a line feed that nobody typed.
-        if (!mText.empty() && mText.back() == '\n' &&
-            (original.empty() || original.back() != '\n')) {
-            mText.pop_back();
-        }
+        ReadBack();
         dialog.SetText(mText);
         const NStandIn::Validation result = dialog.Validate();
         if (result.mGood) return true;
@@ -122,9 +98,34 @@ void PatternEditor::Discard()
     mFile.clear();
 }
 
-void PatternEditor::TellPlace() const
+void PatternEditor::GiveUp()
 {
-    if (!mFile.empty()) std::cerr << "sift: your text is kept in " << mFile.string() << '\n';
+    if (mFile.empty()) return;
+    ReadBack();
+    if (mText == mOriginal) return Discard();
+    std::cerr << "sift: your text is kept in " << mFile.string() << '\n';
+}
+
+void PatternEditor::ReadBack()
+{
+    std::ifstream file(mFile, std::ios::binary);
+    if (!file) throw std::runtime_error("can't read back " + mFile.string());
+    mText.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    // Most editors end a text with a line feed that nobody typed.
+    const bool hadOne = !mOriginal.empty() && mOriginal.back() == '\n';
+    if (!hadOne && !mText.empty() && mText.back() == '\n') mText.pop_back();
+}
+
+// Messages may come on standard input, so that the answer comes from the terminal itself. Without
+// anybody to ask it is no.
+bool PatternEditor::AskToEditAgain() const
+{
+    if (!IsTerminal(stderr)) return false;
+    std::cerr << "edit " << mFile.string() << " again? [Y/n] " << std::flush;
+    std::ifstream terminal(kTerminal);
+    std::string answer;
+    if (!std::getline(terminal, answer)) return false;
+    return answer.empty() || (answer[0] != 'n' && answer[0] != 'N');
 }
 
 }  // namespace NSift

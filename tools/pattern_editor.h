@@ -27,13 +27,17 @@ class PatternEditor {
     // The text isn't needed any more: until then it also lies in a temporary file.
     void Discard();
 
-    // Tells where the text lies, if it does.
-    void TellPlace() const;
+    // The edit came to nothing: tells where the user's text lies, if there is any that would be
+    // lost otherwise.
+    void GiveUp();
 
   private:
     bool EditUntilGood(NStandIn::Dialog& dialog, const Palette& palette);
     void RunEditor() const;
+    void ReadBack();
+    bool AskToEditAgain() const;
 
+    std::string mOriginal;
     std::string mText;
     std::filesystem::path mFile;  // empty: there is none
 };

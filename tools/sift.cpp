@@ -52,12 +52,12 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
     try {
         if (!editor.Run(host, instance, Palette(stderr))) {
             std::cerr << "sift: given up; the parsing string stays as it was\n";
-            editor.TellPlace();
+            editor.GiveUp();
             return false;
         }
         if (!options.mPatternFile.empty()) ReplaceFile(options.mPatternFile, editor.Text());
     } catch (...) {
-        editor.TellPlace();
+        editor.GiveUp();
         throw;
     }
     editor.Discard();
