@@ -42,6 +42,7 @@ void TrimEnd(std::string& ioText)
 void PrintMarks(std::ostream& stream, std::string marks, const Palette& palette)
 {
     TrimEnd(marks);
+    if (marks.empty()) return;
     const std::size_t caret = marks.find('^');
     const std::size_t end = caret == std::string::npos ? marks.size() : caret;
     stream << kIndent << palette.Paint(Role::kAside, marks.substr(0, end))
@@ -134,6 +135,7 @@ void PrintHex(std::ostream& stream, std::string_view message, const Trace& trace
 void PrintMessage(std::ostream& stream, std::string_view message, const Trace& trace, ViewForm form,
                   const Palette& palette)
 {
+    if (message.empty()) return;
     if (form == ViewForm::kHex || IsBinary(message)) {
         PrintHex(stream, message, trace, palette);
     } else {

@@ -91,7 +91,7 @@ std::string FoundInSet(const Miss& miss)
 
 std::string FoundWords(const Miss& miss)
 {
-    if (miss.IsUsedUp()) return "nothing: the message is used up";
+    if (miss.IsUsedUp()) return "nothing";
     switch (miss.mPiece.mKind) {
         case PieceKind::kText: return FoundText(miss);
         case PieceKind::kSet: return FoundInSet(miss);
@@ -153,10 +153,12 @@ std::string HintExponent(const Miss& miss)
 std::string HintHexPrefix(const Miss& miss)
 {
     const Piece* const before = miss.Before();
-    if (before == nullptr || !IsHexNumber(*before) || NPattern::ToLower(miss.Next()) != 'x') {
+    if (before == nullptr || before->mKind != PieceKind::kNumber || miss.TakenBefore() != "0" ||
+        NPattern::ToLower(miss.Next()) != 'x') {
         return "";
     }
-    return "a prefix 0x isn't part of a hexadecimal number: write the text '0x' in front of it";
+    return "a prefix 0x isn't part of a number: a text '0x' takes it, and x the hexadecimal number "
+           "behind it";
 }
 
 std::string HintSign(const Miss& miss)

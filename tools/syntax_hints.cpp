@@ -160,7 +160,7 @@ std::string HintTypeMisspelt(const Place& place)
     const std::string& word = place.Token(2).mText;
     const std::string_view nearest = Nearest(kTypeWords, word);
     std::string hint = InQuotes(word) + " is no type";
-    if (!nearest.empty()) hint += "; did you mean " + std::string(nearest) + '?';
+    hint += nearest.empty() ? "." : "; did you mean " + std::string(nearest) + '?';
     return hint + " The types are string, float, integer (or linteger) and binteger";
 }
 

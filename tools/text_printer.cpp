@@ -40,7 +40,9 @@ class TextPrinter final : public ResultPrinter {
                     << ", which every parsing string has\n";
         }
         std::size_t width = 0;
-        for (const auto& output : outputs) width = std::max(width, output.mName.size());
+        for (std::size_t i = 1; i < outputs.size(); ++i) {
+            width = std::max(width, outputs[i].mName.size());
+        }
         for (std::size_t i = 1; i < outputs.size(); ++i) {
             mStream << mPalette.Paint(Role::kName, Padded(outputs[i].mName, width)) << "  "
                     << Padded(TypeOf(outputs[i]), 7) << "  " << outputs[i].mId << '\n';
