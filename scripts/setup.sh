@@ -26,4 +26,4 @@ need_packages() {
         sh $missing
 }
 
-need_build_packages() { need_packages g++ cmake ninja-build libcli11-dev; }
+need_build_packages() { need_packages g++ cmake ninja-build libcli11-dev nlohmann-json3-dev; }

@@ -1,6 +1,11 @@
 // sift as a user runs it: the program itself, its output and its exit status.
 
 #include <gtest/gtest.h>
+#if __has_include(<pty.h>)
+#include <pty.h>
+#else
+#include <util.h>
+#endif
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 
 using namespace std::string_literals;
@@ -22,6 +28,17 @@ std::string ReadFile(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// That text holds these parts, one behind the other; '~' stands between two.
+void ExpectParts(const std::string& text, const std::string& parts)
+{
+    std::size_t place = 0;
+    std::istringstream stream(parts);
+    for (std::string part; std::getline(stream, part, '~');) {
+        place = text.find(part, place);
+        EXPECT_NE(place, std::string::npos) << part << "\n" << text;
+    }
 }
 
 class Sift : public testing::Test {
@@ -48,6 +65,23 @@ class Sift : public testing::Test {
         mOut = ReadFile(mFolder / "out");
         mErr = ReadFile(mFolder / "err");
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    // As Run, but at a terminal, where keys are typed. All that is printed there is in mOut.
+    int RunAtTerminal(const std::string& arguments, const std::string& keys = "")
+    {
+        int terminal = -1;
+        if (forkpty(&terminal, nullptr, nullptr, nullptr) == 0) {
+            const std::string command = "\"" WORD_SIFTER_SIFT "\" " + arguments;
+            _exit(WEXITSTATUS(std::system(command.c_str())));
+        }
+        EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+        mOut.clear();
+        for (char c = 0; read(terminal, &c, 1) == 1;) mOut += c;
+        close(terminal);
+        int status = 0;
+        wait(&status);
+        return WEXITSTATUS(status);
     }
 
     fs::path mFolder;
@@ -89,15 +123,35 @@ TEST_F(Sift, TakesTheEndOfMessageInManyWays)
 
 TEST_F(Sift, ShowsThePlaceOfABadParsingString)
 {
-    EXPECT_EQ(Run("\"'ab' wrong x\""), 2);
-    EXPECT_EQ(mErr,
-              "sift: Syntax error at 'wrong'\n  'ab' wrong x\n       ^^^^^\n"
-              "at byte 5 of the parsing string\n");
-    const std::string file = Write("pattern", "'x' # first line\n\t'\xC3\xA4' ! y\n");
-    EXPECT_EQ(Run("-f " + file), 2);
-    EXPECT_EQ(mErr,
-              "sift: Unexpected character '!'\n  \\t'\xC3\xA4' ! y\n        ^\n"
-              "at byte 23 of the parsing string\n");
+    struct Row {
+        const char* mPattern;
+        const char* mError;  // parts
+    };
+    const Row rows[] = {
+        {"'ab' wrong x",
+         "sift: Syntax error at 'wrong'\n  'ab' wrong x\n       ^^^^^\nat byte 5 of the parsing "
+         "string\nhint: a text that the message holds is written in quotes: 'wrong'\n"},
+        {"'x' # first line\n\t'\xC3\xA4' ! y\n",
+         "sift: Unexpected character '!'\n  \\t'\xC3\xA4' ! y\n        ^\nat byte 23 "},
+        {"n:i=# 'abc", "n:i=# 'abc\n        ^\n"},
+        {"n:s=[abc", "n:s=[abc\n      ^\n"},
+        {"{0A0D}", "{0A0D}\n   ^^^^\n~: 0A 0D"},
+        {"{A}", ": 0A\n"},
+        {"n:i=3[a-z]", "hint: a count can't stand before a bracket~behind n:i= behind the count 3"},
+        {"n:i#", "hint: a capture has an = behind its type: n:i="},
+        {"t=.#", "hint: a capture has a type~t:float="},
+        {"n:flaot=.#", "did you mean float?~number     another type in the header"},
+        {"n:i=(0-7)", "hint: a bit field has no header~(n=0-7)"},
+        {"digits4", "hint: a count stands before its word: 4 digits"},
+        {"(a=0-32)", "at most 32 bits wide: 0-32 is more"},
+        {"\xE2\x80\x9C"
+         "a\xE2\x80\x9D",
+         "hint: this isn't a plain quote"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Run("-f " + Write("pattern", row.mPattern)), 2);
+        ExpectParts(mErr, row.mError);
+    }
 }
 
 TEST_F(Sift, ReadsFilesInTurn)
@@ -145,6 +199,106 @@ TEST_F(Sift, AnswersWhileItsInputIsOpen)
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST_F(Sift, ExplainsAndPrintsInManyForms)
+{
+    const std::string pattern = "\"'T=' t:s=[^,;] ',' f:f=.# f:i=2x (1-1)\" ";
+    const std::string input = "T=\"\xC3\xA4\",2.5 1Fa\nT=\xFF,-1 x\nT=a;b\n\nT=\x01\x02,99 0AZ\n";
+    struct Row {
+        std::string mArguments;
+        std::string mInput;
+        int mStatus;
+        std::string mOut;  // parts
+    };
+    const Row rows[] = {
+        {pattern + "--csv", input, 0,
+         "t,ot02,ot03,ot04\n\"\"\"\xC3\xA4\"\"\",2.5,31,0\n\x01\x02,99,10,1\n"},
+        {pattern + "--count", input, 0, "2\n"},
+        {pattern + "--check", "", 0, "t  string   ot01\nf  float    ot02\nf  integer  ot03\n "},
+        {"s:s=? --json", "\xFF\na\n", 0,
+         R"({"type":"match","message":1,"values":{"s":{"hex":"FF"}}}~,"values":{"s":"a"}})"
+         R"(~{"type":"summary","messages":2,"matched":2,"missed":0})"},
+        {"\"'a' n:i=#\" --json --trace --misses", "a 1\nb", 0,
+         R"("text":"a 1","steps":[{"piece":1,"start":0,"length":1},{"piece":null,"start":1,)"
+         R"(~"miss","message":2,"text":"b","verdict":"piece 1 ~"stopped_at":0,"piece":1,)"},
+        {"n:i=# --json /nowhere", "", 2, R"({"type":"error","error":"/nowhere: ~"summary")"},
+        {"n:q=# --json", "", 2, R"({"type":"error","error":"Syntax ~"start":0,"length":1,"hints")"},
+        {"n:i=# --hex", "31 3\t2\n\n3 1 3\n3g\n33", 2, "n=12\nn=3\n"},
+        {"n:i=# --csv --json", "1\n", 2, ""},
+        {"\"n:integer=2 bytes (x=0-3):L 'a' eol\" --explain", "", 0,
+         "takes exactly 2 bytes~captures \"n\", an integer, the lowest byte first\npiece 2  "
+         "(x=0-3):L\n"
+         "~a block of 1 byte~\"x\", an integer, bits 0 to 3\n~skipped)\npiece 4  eol\n~of the "
+         "line"},
+        {"\"'\xC3\xA4' # n:s=c 'x'\" --trace --misses", "\xC3\xA4 12.5 x\n\xC3\xA4 7xx\n\n", 0,
+         "message 1 matched: n=.5\n  \xC3\xA4 12.5 x\n  1-2233-4\n~white space skipped: \" \"\n"
+         "~piece 3  n:s=c  took \".5\", gave n=.5\n~message 2: message used up before piece 4\n"
+         "  \xC3\xA4 7xx\n  1-233^\n  piece 4  'x'\n~wanted   the text \"x\"~found    nothing\n"
+         "  hint     piece 3 took \"xx\": ~message 3: the message is empty\n"},
+        {"'2 bytes n:i=#' --misses", "\x01\x02z\n\0b\n"s, 1,
+         "message 1: piece 2 refused it at byte 2\n  0000  01 02 7A   ~|..z|\n         1  1 ^^\n"
+         "~found    'z'\nmessage 2: the message holds a NUL~  0000  00 62  "},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Run(row.mArguments, row.mInput), row.mStatus) << row.mArguments << mErr;
+        ExpectParts(mOut, row.mOut);
+    }
+}
+
+// What a user at a terminal sees, and what becomes of an edited parsing string.
+TEST_F(Sift, EditsTheParsingString)
+{
+    setenv("TMPDIR", mFolder.c_str(), 1);
+    unsetenv("VISUAL");
+    const std::string pattern = Write("pattern", "'old'\n");
+    fs::permissions(pattern, fs::perms::owner_all);
+    fs::create_symlink(pattern, mFolder / "link");
+    const std::string link = (mFolder / "link").string();
+
+    // Nobody is there to ask: the text is kept, and the pattern is as it was.
+    setenv("EDITOR", "echo n:i >", 1);
+    EXPECT_EQ(Run("--edit -f " + link, "7\n"), 2);
+    const std::size_t place = mErr.find("your text is kept in ") + 21;
+    EXPECT_EQ(ReadFile(mErr.substr(place, mErr.find('\n', place) - place)), "n:i\n") << mErr;
+    EXPECT_EQ(ReadFile(pattern), "'old'\n");
+
+    const std::string turned = (mFolder / "turned").string();
+    setenv("EDITOR", ("mkdir " + turned + " && t=n:i || t=n:i=#; echo $t >").c_str(), 1);
+    EXPECT_EQ(RunAtTerminal("--edit -f " + link, "y\n"), 0);
+    EXPECT_NE(mOut.find("\x1B[1;31m^\x1B[0m"), std::string::npos) << mOut;
+    EXPECT_EQ(ReadFile(pattern), "n:i=#\n");
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(fs::status(pattern).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(Run("--edit", "7\n"), 0);
+    EXPECT_EQ(mOut, "n=7\n");
+
+    const std::string one = Write("one", "7\n");
+    EXPECT_EQ(RunAtTerminal("k:i=# " + one), 0);
+    EXPECT_EQ(mOut, "\x1B[36mk\x1B[0m=7\r\n");
+    setenv("NO_COLOR", "1", 1);
+    EXPECT_EQ(RunAtTerminal("k:i=# " + one), 0);
+    EXPECT_EQ(mOut, "k=7\r\n");
+}
+
+// sift compares where the steps that it shows lead with the plug-in's own verdict, and fails where
+// they differ: so it goes through every beginning of every message.
+TEST_F(Sift, TracesWhatThePluginMatches)
+{
+    std::string traces;
+    for (const auto& entry : fs::directory_iterator(WORD_SIFTER_EXAMPLES)) {
+        if (entry.path().extension() != ".pattern") continue;
+        std::string messages;
+        std::istringstream input(ReadFile(fs::path(entry.path()).replace_extension(".input")));
+        for (std::string line; std::getline(input, line);) {
+            for (std::size_t n = 1; n <= line.size(); ++n) messages += line.substr(0, n) + '\x1E';
+        }
+        EXPECT_EQ(Run("-e '\\x1E' --trace --misses -f " + entry.path().string(), messages), 0)
+            << mErr;
+        traces += mOut;
+    }
+    for (const char* words : {"matched: ", "refused it", "used up before"})
+        ExpectParts(traces, words);
 }
 
 // Every example gives what stands beside it.

@@ -3,33 +3,57 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace NSift {
 
-// Reads a file to its end and hands on each piece of text as soon as it is whole: up to and with
-// the end-of-message character, or as much as a message can hold. The end of the file ends its last
-// message too.
+enum class InputForm { kRaw, kHexLines };
+
+// One message, good only during the call that hands it on.
+struct Message {
+    std::string_view mDelivery;  // what the host is given: the message and what ends it
+    std::string_view mText;      // what the parsing string is matched against
+    bool mIsLost;  // it holds a NUL, at which the host's text ends, and so never comes to its end
+};
+
+// Reads a file to its end and hands on each message as soon as it is whole: up to the
+// end-of-message character, or as much as a message can hold. The end of the file ends its last
+// message too. Of hexadecimal input each line is a message, blank lines aside.
 class MessageSource {
   public:
-    // deliver: is given a piece, and keeps nothing of it.
-    MessageSource(std::uint8_t eomChar, std::function<void(const std::string&)> deliver);
+    // eomChar: 0 for hexadecimal input, where the end of the text is the end of the message.
+    // deliver: is given each message. complain: is told of lines that can't be read.
+    MessageSource(std::uint8_t eomChar, InputForm form, std::function<void(const Message&)> deliver,
+                  std::function<void(const std::string&)> complain);
 
     // path: "-" is standard input. Throws std::system_error if it can't be opened or read.
     void ReadFile(const std::string& path);
+
+    // Whether the file being read may keep its reader waiting: it is no regular file.
+    bool IsLive() const { return mIsLive; }
 
     // Whether a NUL byte came that cuts off what stands behind it: the host passes text that ends
     // at its first NUL.
     bool HasLostText() const { return mHasLostText; }
 
   private:
-    void Take(int byte);
+    void ReadRaw(std::FILE* file);
+    void ReadHexLines(std::FILE* file, const std::string& path);
+    void TakeHexLine(const std::string& line, const std::string& place);
+    void Add(int byte);
+    void EndMessage();
     void DeliverPiece();
 
     std::uint8_t mEomChar;
-    std::function<void(const std::string&)> mDeliver;
+    InputForm mForm;
+    std::function<void(const Message&)> mDeliver;
+    std::function<void(const std::string&)> mComplain;
+    std::function<void()> mCountByte;  // of the file being read
     std::string mPiece;
+    bool mIsLive = false;
     bool mHasLostText = false;
 };
 

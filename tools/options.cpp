@@ -2,22 +2,17 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 
+#include "manual.h"
 #include "plugin_path.h"
 
 namespace NSift {
 
 namespace {
-
-constexpr char kDescription[] =
-    "Runs the Word Sifter plug-in over messages: each one that matches the parsing string gives a "
-    "line of its captured values.";
-constexpr char kFooter[] =
-    "Exit status: 0 if something matched, 1 if nothing did, 2 for a mistake on the command line, a "
-    "bad parsing string or a file that can't be read.";
 
 std::optional<std::uint8_t> NumberIn(const std::string& text, int base)
 {
@@ -44,12 +39,127 @@ std::optional<std::uint8_t> CharacterIn(const std::string& text)
     }
 }
 
-std::string ReadWholeFile(const std::string& path)
+// With mayBeMissing a file that isn't there yet is an empty one.
+std::string ReadWholeFile(const std::string& path, bool mayBeMissing)
 {
+    if (mayBeMissing && !std::filesystem::exists(path)) return "";
     std::ifstream file(path, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (!file.is_open() || file.bad()) throw CLI::ValidationError("-f", "can't read " + path);
     return text;
+}
+
+// Options that can't be asked for at once: each of the one side with each of the other.
+struct Exclusion {
+    std::vector<const char*> mOne;
+    std::vector<const char*> mOther;
+};
+
+const Exclusion kExclusions[] = {
+    {{"--json"}, {"--csv", "--count", "--explain"}},
+    {{"--csv"}, {"--count", "--explain", "--check"}},
+    {{"--count"}, {"--explain", "--check"}},
+    {{"--explain"}, {"--check"}},
+    {{"--trace", "--misses"}, {"--csv", "--count", "--explain", "--check"}},
+    {{"--hex"}, {"--eom"}},
+};
+
+void RefuseExclusions(const CLI::App& app)
+{
+    for (const Exclusion& exclusion : kExclusions) {
+        for (const char* const one : exclusion.mOne) {
+            for (const char* const other : exclusion.mOther) {
+                if (app.count(one) == 0 || app.count(other) == 0) continue;
+                throw CLI::ValidationError(one, std::string("makes no sense with ") + other);
+            }
+        }
+    }
+}
+
+// The options as they are written, before they are looked at together.
+struct CommandLine {
+    std::string mOperand;
+    std::string mEomText = "\\n";
+    bool mExplain = false;
+    bool mCheck = false;
+    bool mJson = false;
+    bool mCsv = false;
+    bool mCount = false;
+    bool mHex = false;
+    bool mManual = false;
+};
+
+void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
+{
+    app.add_option("PATTERN", outLine.mOperand,
+                   "The parsing string; with -f the first file to read")
+        ->option_text(" ");
+    app.add_option("FILE", outOptions.mFiles,
+                   "Files to read; standard input without any, and for -")
+        ->option_text(" ");
+
+    app.option_defaults()->group("The parsing string");
+    app.add_option("-f,--file", outOptions.mPatternFile, "Take the parsing string from FILE")
+        ->option_text("FILE");
+    app.add_flag("--explain", outLine.mExplain,
+                 "Tell in plain words what each piece of the parsing string takes and captures");
+    app.add_flag(
+        "--check", outLine.mCheck,
+        "Only compile, and list the outputs that the parsing string makes: name, type, id");
+    app.add_flag("--edit", outOptions.mEdit,
+                 "Open the parsing string in an editor first, again and again until it compiles or "
+                 "you give up; with -f it is written back to FILE");
+
+    app.option_defaults()->group("Messages");
+    app.add_option("-e,--eom", outLine.mEomText,
+                   "The end-of-message character: a character, an escape (\\n \\r \\t \\0 \\\\ "
+                   "\\xNN) or a number 0 to 255; line feed if not given, 0 for the end of the text")
+        ->option_text("CHAR");
+    app.add_flag("--hex", outLine.mHex,
+                 "Read messages written as hexadecimal digits with any blanks between, one a line");
+
+    app.option_defaults()->group("Output");
+    app.add_flag("--misses", outOptions.mMisses,
+                 "For each message that doesn't match, show where it stopped and why");
+    app.add_flag("--trace", outOptions.mTrace,
+                 "For each message that matches, show what each piece took");
+    app.add_flag("--json", outLine.mJson, "Print JSON, one object a line");
+    app.add_flag("--csv", outLine.mCsv,
+                 "Print comma-separated values below a line of the output names");
+    app.add_flag("--count", outLine.mCount, "Print only how many messages matched");
+
+    app.option_defaults()->group("Other");
+    app.add_option("--plugin", outOptions.mPlugin,
+                   "The plug-in module to run; the one beside this program if not given")
+        ->option_text("PATH");
+    app.set_help_flag("-h,--help", "Print this help, and end")->group("Other");
+    app.add_flag("--man", outLine.mManual, "Print the manual page")->group("");
+}
+
+void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptions)
+{
+    RefuseExclusions(app);
+    outOptions.mTask = line.mExplain ? Task::kExplain : line.mCheck ? Task::kCheck : Task::kMatch;
+    outOptions.mFormat = line.mJson    ? Format::kJson
+                         : line.mCsv   ? Format::kCsv
+                         : line.mCount ? Format::kCount
+                                       : Format::kText;
+    if (outOptions.mPatternFile.empty()) {
+        if (app.count("PATTERN") == 0 && !outOptions.mEdit) {
+            throw CLI::RequiredError("PATTERN or -f");
+        }
+        outOptions.mPattern = line.mOperand;
+    } else {
+        outOptions.mPattern = ReadWholeFile(outOptions.mPatternFile, outOptions.mEdit);
+        if (app.count("PATTERN") != 0) {
+            outOptions.mFiles.insert(outOptions.mFiles.begin(), line.mOperand);
+        }
+    }
+    const auto eomChar = CharacterIn(line.mEomText);
+    if (!eomChar) throw CLI::ValidationError("--eom", "'" + line.mEomText + "' is no character");
+    outOptions.mEomChar = line.mHex ? std::uint8_t{0} : *eomChar;
+    outOptions.mInputForm = line.mHex ? InputForm::kHexLines : InputForm::kRaw;
+    if (outOptions.mPlugin.empty()) outOptions.mPlugin = DefaultPluginPath();
 }
 
 }  // namespace
@@ -57,38 +167,18 @@ std::string ReadWholeFile(const std::string& path)
 std::optional<Options> ParseOptions(int argc, char** argv, int& outExitStatus)
 {
     Options options;
-    std::string operand;
-    std::string patternFile;
-    std::string eomText = "\\n";
-
-    CLI::App app(kDescription, "sift");
-    app.footer(kFooter);
-    app.add_option("PATTERN", operand, "The parsing string; with -f the first file to read")
-        ->option_text(" ");
-    app.add_option("FILE", options.mFiles, "Files to read; standard input without any, and for -")
-        ->option_text(" ");
-    app.add_option("-f,--file", patternFile, "Take the parsing string from FILE")
-        ->option_text("FILE");
-    app.add_option("-e,--eom", eomText,
-                   "The end-of-message character: a character, an escape (\\n \\r \\t \\0 \\\\ "
-                   "\\xNN) or a number 0 to 255; line feed if not given, 0 for the end of the text")
-        ->option_text("CHAR");
-    app.add_option("--plugin", options.mPlugin,
-                   "The plug-in module to run; the one beside this program if not given")
-        ->option_text("PATH");
+    CommandLine line;
+    CLI::App app("", "sift");
+    FormatHelp(app);
+    DefineOptions(app, line, options);
     try {
         app.parse(argc, argv);
-        if (patternFile.empty()) {
-            if (app.count("PATTERN") == 0) throw CLI::RequiredError("PATTERN or -f");
-            options.mPattern = operand;
-        } else {
-            options.mPattern = ReadWholeFile(patternFile);
-            if (app.count("PATTERN") != 0) options.mFiles.insert(options.mFiles.begin(), operand);
+        if (line.mManual) {
+            WriteManual(std::cout, app);
+            outExitStatus = kExitMatched;
+            return std::nullopt;
         }
-        const auto eomChar = CharacterIn(eomText);
-        if (!eomChar) throw CLI::ValidationError("--eom", "'" + eomText + "' is no character");
-        options.mEomChar = *eomChar;
-        if (options.mPlugin.empty()) options.mPlugin = DefaultPluginPath();
+        FillOptions(app, line, options);
     } catch (const CLI::ParseError& error) {
         outExitStatus = app.exit(error) == 0 ? kExitMatched : kExitTrouble;
         return std::nullopt;

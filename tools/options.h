@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "message_source.h"
+
 namespace NSift {
 
 // Exit statuses, as grep has them.
@@ -14,10 +16,20 @@ inline constexpr int kExitMatched = 0;
 inline constexpr int kExitNothingMatched = 1;
 inline constexpr int kExitTrouble = 2;  // bad usage, bad parsing string, unreadable file
 
+enum class Task { kMatch, kCheck, kExplain };
+enum class Format { kText, kJson, kCsv, kCount };
+
 struct Options {
+    Task mTask = Task::kMatch;
     std::string mPattern;             // the parsing string itself
+    std::string mPatternFile;         // where it came from; empty: the command line
     std::vector<std::string> mFiles;  // none: standard input; "-" is standard input too
     std::uint8_t mEomChar = '\n';
+    InputForm mInputForm = InputForm::kRaw;
+    Format mFormat = Format::kText;
+    bool mEdit = false;
+    bool mTrace = false;
+    bool mMisses = false;
     std::string mPlugin;  // path of the module
 };
 

@@ -1,11 +1,14 @@
 // sift: runs the built plug-in over real messages in a terminal.
 
-#include <cstdio>
 #include <iostream>
 #include <stdexcept>
 
-#include "message_source.h"
+#include "file_replacement.h"
+#include "message_run.h"
 #include "options.h"
+#include "pattern_editor.h"
+#include "pattern_explainer.h"
+#include "pattern_fault.h"
 #include "result_printer.h"
 #include "standin/plugin_module.h"
 #include "standin/stand_in_host.h"
@@ -28,6 +31,39 @@ NStandIn::Validation Validate(NStandIn::StandInHost& host, NStandIn::Instance& i
     return result;
 }
 
+std::unique_ptr<ResultPrinter> MakePrinter(const Options& options, const Pieces& pieces)
+{
+    switch (options.mFormat) {
+        case Format::kJson: return MakeJsonPrinter(std::cout, pieces);
+        case Format::kCsv: return MakeCsvPrinter(std::cout);
+        case Format::kCount: return MakeCountPrinter(std::cout);
+        case Format::kText: break;
+    }
+    const bool isHex = options.mInputForm == InputForm::kHexLines;
+    return MakeTextPrinter(std::cout, pieces, isHex ? ViewForm::kHex : ViewForm::kText,
+                           Palette(stdout));
+}
+
+// Gives whether there is a text to go on with. Until it lies where it belongs, the user's text is
+// kept.
+bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Options& options)
+{
+    PatternEditor editor;
+    try {
+        if (!editor.Run(host, instance, Palette(stderr))) {
+            std::cerr << "sift: given up; the parsing string stays as it was\n";
+            editor.GiveUp();
+            return false;
+        }
+        if (!options.mPatternFile.empty()) ReplaceFile(options.mPatternFile, editor.Text());
+    } catch (...) {
+        editor.GiveUp();
+        throw;
+    }
+    editor.Discard();
+    return true;
+}
+
 int Run(const Options& options)
 {
     const NStandIn::PluginModule plugin(options.mPlugin);
@@ -35,42 +71,32 @@ int Run(const Options& options)
     NStandIn::Instance& instance = host.CreateInstance();
 
     instance.SetState(options.mPattern);
+    host.ClearAssertions();  // of a bad parsing string, which is told better below
+    if (options.mEdit && !Edit(host, instance, options)) return kExitTrouble;
+
+    const std::string pattern = instance.State();
     if (const auto error = Validate(host, instance); !error.mGood) {
+        const PatternFault fault = FindFault(pattern, error);
         std::cerr << "sift: ";
-        PrintPatternError(std::cerr, options.mPattern, error);
+        PrintFault(std::cerr, pattern, fault, Palette(stderr));
+        MakePrinter(options, {})->PrintFault(fault);
         return kExitTrouble;
     }
-    instance.SetEomChar(options.mEomChar);
-
-    bool matched = false;
-    host.mOutputListener = [&matched](NStandIn::Instance& source, std::uint16_t output) {
-        if (output != 1) return;
-        matched = true;
-        PrintValues(std::cout, source.Outputs());
-        std::cout.flush();
-    };
-    MessageSource source(options.mEomChar,
-                         [&instance](const std::string& text) { instance.Deliver(text); });
-    int status = kExitMatched;
-    const std::vector<std::string> standardInput = {"-"};
-    for (const std::string& file : options.mFiles.empty() ? standardInput : options.mFiles) {
-        try {
-            source.ReadFile(file);
-        } catch (const std::system_error& error) {
-            std::cerr << "sift: " << error.what() << '\n';
-            status = kExitTrouble;
-        }
+    const Pieces pieces = TakeApart(pattern);
+    const std::unique_ptr<ResultPrinter> printer = MakePrinter(options, pieces);
+    if (options.mTask == Task::kExplain) {
+        PrintExplanation(std::cout, pieces, Palette(stdout));
+        return kExitMatched;
     }
-    if (source.HasLostText()) {
-        std::cerr << "sift: the input holds NUL bytes; the host passes text that ends at a NUL, so "
-                     "the message around each is lost\n";
+    if (options.mTask == Task::kCheck) {
+        printer->PrintOutputs(instance.Outputs());
+        return kExitMatched;
     }
-    for (const NStandIn::Assertion& assertion : host.Assertions()) {
-        std::cerr << "sift: the plug-in reports that this doesn't hold: " << assertion.mText
-                  << '\n';
+    if (options.mEdit && options.mFiles.empty() && IsTerminal(stdin)) {
+        std::cout << pattern << '\n';
+        return kExitMatched;
     }
-    if (status != kExitMatched) return status;
-    return matched ? kExitMatched : kExitNothingMatched;
+    return MessageRun(options, host, instance, pieces, *printer).Run();
 }
 
 }  // namespace
@@ -79,6 +105,7 @@ int Run(const Options& options)
 
 int main(int argc, char** argv)
 {
+    std::ios::sync_with_stdio(false);
     int exitStatus = NSift::kExitTrouble;
     const auto options = NSift::ParseOptions(argc, argv, exitStatus);
     if (!options) return exitStatus;

@@ -1,0 +1,185 @@
+#include "manual.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace NSift {
+
+namespace {
+
+constexpr char kDescription[] =
+    "Runs the Word Sifter plug-in over messages: each one that matches the parsing string gives a "
+    "line of its captured values.";
+
+struct Section {
+    const char* mTitle;
+    const char* mText;  // paragraphs set apart by blank lines; a line with a blank in front stays
+};
+
+constexpr Section kSections[] = {
+    {"Exit status",
+     "0 if something matched, 1 if nothing did, 2 for a mistake on the command line, a parsing "
+     "string that doesn't compile, a file that can't be read or written, or an edit that was given "
+     "up. --check, --explain, and --edit without messages end with 0 if the parsing string "
+     "compiles."},
+    {"Marks",
+     "--trace and --misses show a message with the number of the piece below each character that "
+     "it took (the last digit of it), - below white space that was skipped, and ^ where a message "
+     "stopped. A message that isn't plain text is shown in hexadecimal."},
+    {"JSON",
+     "One object a line, told apart by \"type\":\n\n"
+     "  match    message (its number), values (an object, by output name);\n"
+     "           with --trace also text and steps\n"
+     "  miss     with --misses: message, text, verdict, stopped_at, piece,\n"
+     "           source, wanted, found, hints, steps\n"
+     "  error    error, and of a parsing string start, length, hints, needs\n"
+     "  output   with --check: name, value (string, float, integer), id\n"
+     "  summary  messages, matched, missed; comes last\n\n"
+     "Bytes that aren't UTF-8 become an object {\"hex\": \"C328\"} with all bytes of the string; "
+     "an "
+     "infinite float becomes the string \"inf\" or \"-inf\". Places count bytes from 0, messages "
+     "and "
+     "pieces count from 1. A step without a piece (null) is white space that was skipped. An "
+     "output "
+     "whose name is empty or not the only one of its kind goes by its id, as in the header of "
+     "--csv."},
+    {"Environment",
+     "VISUAL, EDITOR: the editor that --edit starts. NO_COLOR: if it is set to anything, nothing "
+     "is "
+     "coloured; colour is used on a terminal only."},
+    {"Examples",
+     "  printf 'T=23.5 H=41\\n' | sift \"'T=' t:float=.# 'H=' h:integer=#\"\n"
+     "  sift --explain -f scale.pattern\n"
+     "  sift --misses -f scale.pattern captured.txt\n"
+     "  sift --hex \"{{AA}} (level=0-11, mode=12-15)\" packets.hex"},
+};
+
+// As man wants it: no line may seem a request, and a hyphen stays a hyphen.
+std::string Roff(std::string_view text)
+{
+    std::string roff;
+    bool isLineStart = true;
+    for (const char c : text) {
+        if (isLineStart && (c == '.' || c == '\'')) roff += "\\&";
+        if (c == '\\') {
+            roff += "\\e";
+        } else if (c == '-') {
+            roff += "\\-";
+        } else {
+            roff += c;
+        }
+        isLineStart = c == '\n';
+    }
+    return roff;
+}
+
+std::string UpperCase(std::string text)
+{
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return text;
+}
+
+// Paragraphs are filled but for lines that start with a blank.
+void WriteParagraphs(std::ostream& stream, std::string_view text)
+{
+    while (!text.empty()) {
+        const std::size_t end = text.find("\n\n");
+        const std::string_view paragraph = text.substr(0, end);
+        const bool isFixed = paragraph.front() == ' ';
+        stream << (isFixed ? ".PP\n.nf\n" : ".PP\n") << Roff(paragraph) << '\n'
+               << (isFixed ? ".fi\n" : "");
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 2);
+    }
+}
+
+void WriteOption(std::ostream& stream, const CLI::Option& option)
+{
+    std::string names;
+    for (const std::string& name : option.get_snames()) names += ", -" + name;
+    for (const std::string& name : option.get_lnames()) names += ", --" + name;
+    stream << ".TP\n\\fB" << Roff(names.substr(2)) << "\\fR";
+    if (option.get_option_text() != "")
+        stream << " \\fI" << Roff(option.get_option_text()) << "\\fR";
+    stream << '\n' << Roff(option.get_description()) << '\n';
+}
+
+// Each paragraph in lines of at most so many columns.
+std::string Wrapped(std::string_view text, std::size_t width)
+{
+    std::string wrapped;
+    std::size_t column = 0;
+    bool isFixed = true;
+    for (std::size_t start = 0; start < text.size();) {
+        if (column == 0) isFixed = text[start] == ' ';
+        if (text[start] == '\n') {
+            wrapped += '\n';
+            column = 0;
+            ++start;
+            continue;
+        }
+        const std::size_t end =
+            std::min(text.find_first_of(isFixed ? "\n" : " \n", start), text.size());
+        if (column != 0 && column + 1 + end - start > width) {
+            wrapped += '\n';
+            column = 0;
+        } else if (column != 0) {
+            wrapped += ' ';
+            ++column;
+        }
+        wrapped += text.substr(start, end - start);
+        column += end - start;
+        start = end < text.size() && text[end] == ' ' ? end + 1 : end;
+    }
+    return wrapped;
+}
+
+constexpr std::size_t kWidth = 79;
+constexpr std::size_t kOptionColumn = 20;
+
+class HelpFormatter final : public CLI::Formatter {
+  public:
+    HelpFormatter() { column_width(kOptionColumn); }
+    std::string make_option_desc(const CLI::Option* option) const override
+    {
+        return Wrapped(option->get_description(), kWidth - kOptionColumn);
+    }
+};
+
+}  // namespace
+
+void FormatHelp(CLI::App& app)
+{
+    std::string footer;
+    for (const Section& section : kSections) {
+        footer += (footer.empty() ? "" : "\n\n") + std::string(section.mTitle) + ":\n" +
+                  Wrapped(section.mText, kWidth);
+    }
+    app.description(Wrapped(kDescription, kWidth));
+    app.footer(footer);
+    app.formatter(std::make_shared<HelpFormatter>());
+}
+
+void WriteManual(std::ostream& stream, const CLI::App& app)
+{
+    stream
+        << ".TH SIFT 1 \"\" \"Word Sifter\"\n.SH NAME\nsift \\- run the Word Sifter plug\\-in over "
+           "messages\n.SH SYNOPSIS\n\\fBsift\\fR [\\fIoptions\\fR] \\fIPATTERN\\fR "
+           "[\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-f\\fR \\fIPATTERN-FILE"
+           "\\fR [\\fIFILE\\fR ...]\n.SH DESCRIPTION\n"
+        << Roff(kDescription)
+        << " The first operand is the parsing string, unless \\-f names a file that holds it. "
+           "Without files, and for \\-, standard input is read.\n.SH OPTIONS\n";
+    for (const CLI::Option* option : app.get_options()) {
+        if (!option->get_positional() && !option->get_group().empty()) WriteOption(stream, *option);
+    }
+    for (const Section& section : kSections) {
+        stream << ".SH " << UpperCase(section.mTitle) << '\n';
+        WriteParagraphs(stream, section.mText);
+    }
+}
+
+}  // namespace NSift

@@ -1,0 +1,19 @@
+// The texts about sift itself: --help and the manual page come from the same list of options.
+
+#pragma once
+
+#include <ostream>
+
+namespace CLI {
+class App;
+}
+
+namespace NSift {
+
+// Gives app the description, the sections behind the options, and lines as wide as a terminal.
+void FormatHelp(CLI::App& app);
+
+// Writes the page in the form that man reads.
+void WriteManual(std::ostream& stream, const CLI::App& app);
+
+}  // namespace NSift
