@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
+#include <sstream>
 
 #include "manual.h"
 #include "plugin_path.h"
@@ -44,9 +44,13 @@ std::string ReadWholeFile(const std::string& path, bool mayBeMissing)
 {
     if (mayBeMissing && !std::filesystem::exists(path)) return "";
     std::ifstream file(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file.is_open() || file.bad()) throw CLI::ValidationError("-f", "can't read " + path);
-    return text;
+    std::ostringstream text;
+    // A folder can be opened, but not read; of an empty file nothing can be copied either.
+    if (file.is_open() && file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
+    if (!file.is_open() || file.bad() || std::filesystem::is_directory(path)) {
+        throw CLI::ValidationError("-f", "can't read " + path);
+    }
+    return text.str();
 }
 
 // Options that can't be asked for at once: each of the one side with each of the other.
@@ -159,7 +163,10 @@ void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptio
     if (!eomChar) throw CLI::ValidationError("--eom", "'" + line.mEomText + "' is no character");
     outOptions.mEomChar = line.mHex ? std::uint8_t{0} : *eomChar;
     outOptions.mInputForm = line.mHex ? InputForm::kHexLines : InputForm::kRaw;
-    if (outOptions.mPlugin.empty()) outOptions.mPlugin = DefaultPluginPath();
+    // A bare name would be searched for among the system's libraries.
+    outOptions.mPlugin = outOptions.mPlugin.empty()
+                             ? DefaultPluginPath()
+                             : std::filesystem::absolute(outOptions.mPlugin).string();
 }
 
 }  // namespace

@@ -31,10 +31,10 @@ PieceKind KindOf(const Element& element)
 
 std::vector<Parameter> CapturesOf(const Element& element)
 {
-    std::vector<Parameter> captures;
-    NPattern::ParameterList list(captures);
+    NPattern::ParameterList list;
     element.CollectParameters(list);
-    list.Finish();
+    std::vector<Parameter> captures;
+    for (const Parameter* const capture : list) captures.push_back(*capture);
     return captures;
 }
 

@@ -106,11 +106,10 @@ int Run(const Options& options)
 int main(int argc, char** argv)
 {
     std::ios::sync_with_stdio(false);
-    int exitStatus = NSift::kExitTrouble;
-    const auto options = NSift::ParseOptions(argc, argv, exitStatus);
-    if (!options) return exitStatus;
     try {
-        return NSift::Run(*options);
+        int exitStatus = NSift::kExitTrouble;
+        const auto options = NSift::ParseOptions(argc, argv, exitStatus);
+        return options ? NSift::Run(*options) : exitStatus;
     } catch (const std::exception& error) {
         std::cerr << "sift: " << error.what() << '\n';
         return NSift::kExitTrouble;
