@@ -177,18 +177,23 @@ bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_
                  "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount", __LINE__);
 }
 
-void RebuildOutputs(const HostContext* context, const ActorInfo* info)
+bool RebuildOutputs(const HostContext* context, const ActorInfo* info)
 {
+    ++info->mActorDataPtr->mRebuilds;
+    // From inside a pass nothing is touched: the host may be in the middle of an output's removal.
+    if (info->mActorDataPtr->mRebuilding) return false;
     bool again = true;
     while (again) {
         ParserData& data = *info->mActorDataPtr;
         const std::vector<Parameter> params = CapturesOf(data.mPattern);
-        ++data.mRebuilds;
         const RecordWatch watch(info);
+        data.mRebuilding = true;
         BringInLine(context, info, watch, params);
-        // A rebuild from inside has done its work, but not undone what this pass was about to do.
-        again = watch.Record() != nullptr && !watch.OutputsStand();
+        if (watch.Record() == nullptr) return false;
+        data.mRebuilding = false;
+        again = !watch.OutputsStand();
     }
+    return true;
 }
 
 std::uint32_t MakeTwoCharId(const HostContext* context, const char* inRateBase,

@@ -43,10 +43,11 @@ bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_
 // Brings the outputs in line with the captures of the instance's pattern, in this order: surplus
 // ones go, from the last one down, those that stay are redefined in place, missing ones are added.
 // To be called right after a compile. Failures are reported and passed over. The host may come back
-// in: the outputs are then brought in line with the pattern that the instance has in the end, and
-// left alone once the record is gone. Throws std::bad_alloc before the first output is touched, and
-// leaves the pattern empty then.
-void RebuildOutputs(const HostContext* context, const ActorInfo* info);
+// in: a rebuild from inside another does nothing but make that one start over, with the pattern
+// that the instance has then. Gives whether the outputs are in line: false from inside another, and
+// if the record is gone. Throws std::bad_alloc before an output is touched, and leaves the pattern
+// empty then.
+bool RebuildOutputs(const HostContext* context, const ActorInfo* info);
 
 // A property id: the first two characters of inRateBase, then two that tell inIndex, 0 to 1351. An
 // index outside is reported, and gives an id without index characters from 1452 on and below 0.

@@ -21,7 +21,8 @@ struct ParserData {
     unsigned char* mParseString = nullptr;
     std::uint8_t mEomChar = 0;    // ends a message; 0: the end of the text does
     NPattern::Pattern mPattern;   // compiled from mParseString; empty where that is no good
-    std::uint32_t mRebuilds = 0;  // how often the outputs were brought in line with a pattern
+    std::uint32_t mRebuilds = 0;  // how often the outputs were to be rebuilt
+    bool mRebuilding = false;     // while they are
 };
 
 // Remembers the record and the outputs of an instance as some work finds them. Each operation of
@@ -38,7 +39,7 @@ class RecordWatch {
 
     // Null if the record is no longer the instance's, or there was none.
     ParserData* Record() const { return mInfo->mActorDataPtr == mRecord ? mRecord : nullptr; }
-    // Whether the record is there and its outputs weren't rebuilt.
+    // Whether the record is there and nothing wanted its outputs rebuilt.
     bool OutputsStand() const { return Record() != nullptr && mRecord->mRebuilds == mRebuilds; }
 
   private:

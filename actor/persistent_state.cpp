@@ -21,8 +21,7 @@ bool InstallParseString(const HostContext* context, const ActorInfo* info, Strin
     StoreParseString(context, *watch.Record(), std::move(block), size);
     if (watch.Record() == nullptr) return false;
     CompileParseString(*watch.Record());
-    RebuildOutputs(context, info);
-    return watch.Record() != nullptr;
+    return RebuildOutputs(context, info);
 }
 
 void SetStateCallback(HostContext* context, ActorInfo* info, const void* bytes,

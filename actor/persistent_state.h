@@ -12,10 +12,9 @@
 namespace NActor {
 
 // Makes the string of size bytes in block that of an instance that has a record: stores it,
-// compiles it and brings the outputs in line. Gives whether all of that was done and the record is
-// still there. A null block leaves no string and an empty pattern, and the outputs as they are.
-// Throws what the engine throws and std::bad_alloc: the string is then stored, and the pattern
-// empty.
+// compiles it and brings the outputs in line. Gives what RebuildOutputs gives. A null block leaves
+// no string and an empty pattern, and the outputs as they are: false. Throws what the engine throws
+// and std::bad_alloc: the string is then stored, and the pattern empty.
 bool InstallParseString(const HostContext* context, const ActorInfo* info, StringBlock block,
                         std::uint32_t size);
 
