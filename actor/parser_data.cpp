@@ -70,6 +70,7 @@ void DisposeCallback(HostContext* context, ActorInfo* ioActorInfo) noexcept
 {
     ParserData* const data = ioActorInfo->mActorDataPtr;
     if (!Check(context, data != nullptr, "info != nil", __LINE__)) return;
+    // cppcheck-suppress nullPointerRedundantCheck  // two looks at a field that the host can change
     ReleaseParseString(context, *data);
     // A host that disposed of the instance from inside that release has left nothing to do.
     if (!Check(context, ioActorInfo->mActorDataPtr != nullptr, "ioActorInfo->mActorDataPtr != nil",
