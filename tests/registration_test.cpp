@@ -36,7 +36,7 @@ TEST_F(Registration, FillsItsFieldsAndNothingElse)
     EXPECT_EQ(nulls, (std::vector<std::size_t>{680, 688, 696, 704, 736}));
     std::vector<std::size_t> expected = {16, 32, 40};
     for (std::size_t word = 48; word < 624; word += 8) expected.push_back(word);
-    for (const std::size_t word : {664, 712, 784, 792}) expected.push_back(word);
+    for (const std::size_t word : {664U, 712U, 784U, 792U}) expected.push_back(word);
     EXPECT_EQ(untouched, expected);
     EXPECT_EQ(first[4], 0xA5);
     mInstance.Info().NoOpCallback();

@@ -1,0 +1,34 @@
+#!/bin/sh
+# The checks that run nothing: layout, clang-tidy, cppcheck, Clang's warnings, and the scripts.
+. "$(dirname "$0")/setup.sh"
+
+need_build_packages
+need_packages clang clang-format clang-tidy cppcheck shellcheck libgtest-dev locales
+
+folders="Common actor standin tools tests fuzz"
+if [ -d bench ]; then folders="$folders bench"; fi
+# shellcheck disable=SC2086  # one word for each folder
+sources=$(find $folders -name '*.cpp' -o -name '*.h' | sort)
+analysed=$(find Common actor standin tools -name '*.cpp' | sort)
+
+echo "== layout"
+# shellcheck disable=SC2086
+clang-format --dry-run -Werror $sources
+
+echo "== scripts"
+shellcheck -s sh -x -P SCRIPTDIR .ci/run scripts/*.sh
+
+echo "== Clang's warnings"
+cmake --preset clang >/dev/null
+cmake --build --preset clang -- --quiet
+
+echo "== clang-tidy"
+# shellcheck disable=SC2086
+printf '%s\n' $analysed | xargs -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang 2>/dev/null
+
+echo "== cppcheck"
+# Functions that nothing calls are the interface's, and system headers are not ours to check.
+cppcheck --quiet --error-exitcode=1 --std=c++20 --language=c++ --inline-suppr -j "$(nproc)" \
+    --enable=warning,performance,portability --suppress=missingIncludeSystem -I . \
+    Common actor standin tools
+echo "All clean."

@@ -1,0 +1,25 @@
+#!/bin/sh
+# Runs the tests under valgrind, in an ordinary build.
+. "$(dirname "$0")/setup.sh"
+
+need_build_packages
+need_packages libgtest-dev locales valgrind
+
+cmake -S . -B build/valgrind -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g" \
+    >/dev/null
+cmake --build build/valgrind -- --quiet
+
+# under_valgrind PROGRAM [ARGUMENT...]
+under_valgrind() {
+    program=build/valgrind/bin/$1
+    echo "== $1"
+    shift
+    valgrind --quiet --leak-check=full --errors-for-leak-kinds=definite,indirect,possible \
+        --error-exitcode=99 "$program" "$@"
+}
+for tests in pattern actor allocation plugin; do
+    LOCPATH=$PWD/build/valgrind/tests/locales under_valgrind ${tests}_tests --gtest_brief=1
+done
+for name in engine shell; do
+    under_valgrind replay_$name fuzz/corpus/$name fuzz/regressions/$name
+done
