@@ -59,21 +59,20 @@ void MessageSource::ReadFile(const std::string& path)
     const auto size = RegularSize(file.get());
     mIsLive = !size;
     Progress progress(path, size);
-    mCountByte = [&progress] { progress.Count(); };
     if (mForm == InputForm::kRaw) {
-        ReadRaw(file.get());
+        ReadRaw(file.get(), progress);
     } else {
-        ReadHexLines(file.get(), path);
+        ReadHexLines(file.get(), path, progress);
     }
     if (std::ferror(file.get()) != 0) throw std::system_error(errno, std::generic_category(), path);
 }
 
 // Byte by byte from the buffer of the C library, which hands on what a live source has delivered
 // without waiting for more.
-void MessageSource::ReadRaw(std::FILE* file)
+void MessageSource::ReadRaw(std::FILE* file, Progress& progress)
 {
     for (int byte = std::getc(file); byte != EOF; byte = std::getc(file)) {
-        mCountByte();
+        progress.Count();
         if (byte == mEomChar) {
             EndMessage();
         } else {
@@ -83,12 +82,12 @@ void MessageSource::ReadRaw(std::FILE* file)
     if (!mPiece.empty()) EndMessage();
 }
 
-void MessageSource::ReadHexLines(std::FILE* file, const std::string& path)
+void MessageSource::ReadHexLines(std::FILE* file, const std::string& path, Progress& progress)
 {
     std::string line;
     std::size_t number = 1;
     for (int byte = std::getc(file); byte != EOF; byte = std::getc(file)) {
-        mCountByte();
+        progress.Count();
         if (byte != '\n') {
             line.push_back(static_cast<char>(byte));
             continue;

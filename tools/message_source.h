@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "progress.h"
+
 namespace NSift {
 
 enum class InputForm { kRaw, kHexLines };
@@ -40,8 +42,8 @@ class MessageSource {
     bool HasLostText() const { return mHasLostText; }
 
   private:
-    void ReadRaw(std::FILE* file);
-    void ReadHexLines(std::FILE* file, const std::string& path);
+    void ReadRaw(std::FILE* file, Progress& progress);
+    void ReadHexLines(std::FILE* file, const std::string& path, Progress& progress);
     void TakeHexLine(const std::string& line, const std::string& place);
     void Add(int byte);
     void EndMessage();
@@ -51,7 +53,6 @@ class MessageSource {
     InputForm mForm;
     std::function<void(const Message&)> mDeliver;
     std::function<void(const std::string&)> mComplain;
-    std::function<void()> mCountByte;  // of the file being read
     std::string mPiece;
     bool mIsLive = false;
     bool mHasLostText = false;

@@ -138,23 +138,36 @@ double FloatOf(const char* text, const char* end)
     return negative ? -value : value;
 }
 
-// Names are short: two words that overlap cover most of them, and spare a call for each capture.
-bool IsSameName(const std::string& a, const std::string& b)
+template <typename Word>
+bool IsSameWord(const char* a, const char* b)
 {
-    const std::size_t size = a.size();
-    if (size != b.size()) return false;
-    const auto differs = [&]<typename Word>(Word, std::size_t at) {
-        Word x;
-        Word y;
-        std::memcpy(&x, a.data() + at, sizeof x);
-        std::memcpy(&y, b.data() + at, sizeof y);
-        return x != y;
-    };
-    if (size > 16) return a == b;
-    if (size >= 8) return !differs(std::uint64_t{}, 0) && !differs(std::uint64_t{}, size - 8);
-    if (size >= 4) return !differs(std::uint32_t{}, 0) && !differs(std::uint32_t{}, size - 4);
-    if (size >= 2) return !differs(std::uint16_t{}, 0) && !differs(std::uint16_t{}, size - 2);
-    return size == 0 || a[0] == b[0];
+    Word x;
+    Word y;
+    std::memcpy(&x, a, sizeof x);
+    std::memcpy(&y, b, sizeof y);
+    return x == y;
+}
+
+// Two words that overlap hold all of a text of size bytes.
+template <typename Word>
+bool AreSameEnds(const char* a, const char* b, std::size_t size)
+{
+    const std::size_t last = size - sizeof(Word);
+    return IsSameWord<Word>(a, b) && IsSameWord<Word>(a + last, b + last);
+}
+
+// Names are short, and this spares a call for each capture.
+bool IsSameName(const std::string& one, const std::string& other)
+{
+    const std::size_t size = one.size();
+    if (size != other.size()) return false;
+    if (size > 16) return one == other;
+    const char* const a = one.data();
+    const char* const b = other.data();
+    if (size >= 8) return AreSameEnds<std::uint64_t>(a, b, size);
+    if (size >= 4) return AreSameEnds<std::uint32_t>(a, b, size);
+    if (size >= 2) return AreSameEnds<std::uint16_t>(a, b, size);
+    return *a == *b;
 }
 
 // Message after message the entry is of the same capture, and only its value is new.

@@ -46,7 +46,8 @@ constexpr Byte ToLower(Byte b)
 
 // The value of a hexadecimal digit, 0 to 15; 16 for a byte that is none. By table: numbers are
 // converted with it, digit by digit.
-inline constexpr std::array<Byte, 256> kHexDigitValues = [] {
+constexpr std::array<Byte, 256> MakeHexDigitValues()
+{
     std::array<Byte, 256> values{};
     for (std::size_t b = 0; b < values.size(); ++b) {
         const Byte lower = ToLower(static_cast<Byte>(b));
@@ -56,7 +57,8 @@ inline constexpr std::array<Byte, 256> kHexDigitValues = [] {
                                                      : 16);
     }
     return values;
-}();
+}
+inline constexpr std::array<Byte, 256> kHexDigitValues = MakeHexDigitValues();
 constexpr unsigned HexDigitValue(Byte b)
 {
     return kHexDigitValues[b];
