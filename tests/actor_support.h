@@ -11,6 +11,23 @@
 #include "standin/stand_in_host.h"
 
 using namespace std::string_literals;
+using Texts = std::vector<std::string>;
+
+// The dynamic outputs as "id name" and the value.
+inline Texts OutputsOf(const NStandIn::Instance& instance)
+{
+    Texts texts;
+    for (std::size_t i = 1; i < instance.Outputs().size(); ++i) {
+        const NStandIn::Property& output = instance.Outputs()[i];
+        const NStandIn::Value& value = output.mValue;
+        const std::string shown = value.mBits.mTag == NActor::kValueString ? value.mText
+                                  : value.mBits.mTag == NActor::kValueFloat
+                                      ? std::to_string(value.Float())
+                                      : std::to_string(value.Integer());
+        texts.push_back(output.mId + " " + output.mName + " " + shown);
+    }
+    return texts;
+}
 
 // A host with one instance. At the end of every test the host's accounts must balance, and nothing
 // may have been reported that the test didn't expect.
@@ -23,8 +40,6 @@ class ActorTest : public testing::Test {
         EXPECT_EQ(Reports(), Texts());
         EXPECT_EQ(mHost.Close(), Texts());
     }
-
-    using Texts = std::vector<std::string>;
 
     // The texts reported since the last call.
     Texts Reports()
@@ -48,20 +63,21 @@ class ActorTest : public testing::Test {
         return mHost.Log();
     }
 
-    // The dynamic outputs as "id name" and the value.
-    Texts Outputs()
+    Texts Outputs() const { return OutputsOf(mInstance); }
+
+    // From here on the host fails at each call of an operation.
+    void Fail(NStandIn::Operation failed)
     {
-        Texts texts;
-        for (std::size_t i = 1; i < mInstance.Outputs().size(); ++i) {
-            const NStandIn::Property& output = mInstance.Outputs()[i];
-            const NStandIn::Value& value = output.mValue;
-            std::string shown = value.mBits.mTag == NActor::kValueString ? value.mText
-                                : value.mBits.mTag == NActor::kValueFloat
-                                    ? std::to_string(value.Float())
-                                    : std::to_string(value.Integer());
-            texts.push_back(output.mId + " " + output.mName + " " + shown);
-        }
-        return texts;
+        mHost.mHook = [failed](NStandIn::Operation operation) { return operation == failed; };
+    }
+
+    // From here on the user puts text into the dialog and accepts it.
+    void Accept(const std::string& text)
+    {
+        mHost.mDialogScript = [text](NStandIn::Dialog& dialog) {
+            dialog.SetText(text);
+            return true;
+        };
     }
 
     NStandIn::StandInHost mHost;

@@ -1,6 +1,7 @@
 // How the host learns the actor, and the beginning and end of an instance.
 
 #include <cstring>
+#include <utility>
 
 #include "actor/dynamic_outputs.h"
 #include "actor_support.h"
@@ -34,9 +35,8 @@ TEST_F(Registration, FillsItsFieldsAndNothingElse)
         if (std::memcmp(first + word, "\0\0\0\0\0\0\0\0", 8) == 0) nulls.push_back(word);
     }
     EXPECT_EQ(nulls, (std::vector<std::size_t>{680, 688, 696, 704, 736}));
-    std::vector<std::size_t> expected = {16, 32, 40};
-    for (std::size_t word = 48; word < 624; word += 8) expected.push_back(word);
-    for (const std::size_t word : {664U, 712U, 784U, 792U}) expected.push_back(word);
+    std::vector<std::size_t> expected = {16, 32, 664, 712, 784, 792};
+    for (std::size_t word = 616; word >= 40; word -= 8) expected.insert(expected.begin() + 2, word);
     EXPECT_EQ(untouched, expected);
     EXPECT_EQ(first[4], 0xA5);
     mInstance.Info().NoOpCallback();
@@ -44,44 +44,42 @@ TEST_F(Registration, FillsItsFieldsAndNothingElse)
 
 TEST_F(Registration, DefinesItsProperties)
 {
-    const std::string definitions = mInstance.Info().DefinitionStringCallback(nullptr);
-    EXPECT_EQ(definitions,
-              "INPROP eom_char \t\teoms\tint\t\t\tnumber,hex,char\t\t0\t255\t\t0\r"
-              "INPROP text\t\t\ttext\tstring\t\ttext\t\t\t\t*\t*\t\t-text-\t*\t*\t1\r"
-              "OUTPROP msg_rcv\t\tmrcv\tbool\t\ttrig\t\t\t\t0\t1\t\t0\r");
+    EXPECT_STREQ(mInstance.Info().DefinitionStringCallback(nullptr),
+                 "INPROP eom_char \t\teoms\tint\t\t\tnumber,hex,char\t\t0\t255\t\t0\r"
+                 "INPROP text\t\t\ttext\tstring\t\ttext\t\t\t\t*\t*\t\t-text-\t*\t*\t1\r"
+                 "OUTPROP msg_rcv\t\tmrcv\tbool\t\ttrig\t\t\t\t0\t1\t\t0\r");
     ASSERT_EQ(mInstance.Outputs().size(), 1U);
     EXPECT_EQ(mInstance.Outputs()[0].mName, "msg_rcv");
     EXPECT_EQ(mInstance.Outputs()[0].mId, "mrcv");
+    EXPECT_EQ(mInstance.Inputs()[0].mMaximum.Integer(), 255);
 }
 
 TEST_F(Registration, HelpFoldsDynamicOutputsAndIsCutToItsBuffer)
 {
-    using NStandIn::kPropertyActor;
-    using NStandIn::kPropertyInput;
-    constexpr auto kPropertyOutput = NActor::kPropertyOutput;
+    constexpr auto kInput = NStandIn::kPropertyInput;
+    constexpr auto kOutput = NActor::kPropertyOutput;
     struct Row {
         NActor::PropertyKind mKind;
         std::uint16_t mNumber;
         const char* mStart;
         const char* mAsked;
     };
-    for (const Row& row : {Row{kPropertyActor, 0, "Parses the 'text' input", "0 0"},
-                           {kPropertyInput, 1, "The character that signifies", "1 1"},
-                           {kPropertyInput, 2, "The text to be parsed. Each", "1 2"},
-                           {kPropertyInput, 9, "", "1 9"},  // the host gives no position
-                           {kPropertyOutput, 1, "Sends a trigger when", "2 1"},
-                           {kPropertyOutput, 2, "The output for one of", "2 2"},
-                           {kPropertyOutput, 65535, "The output for one of", "2 2"}}) {
+    for (const Row& row : {Row{NStandIn::kPropertyActor, 0, "Parses the 'text' input", "0 0"},
+                           {kInput, 1, "The character that signifies", "1 1"},
+                           {kInput, 2, "The text to be parsed. Each", "1 2"},
+                           {kInput, 9, "", "1 9"},  // the host gives no position
+                           {kOutput, 1, "Sends a trigger when", "2 1"},
+                           {kOutput, 2, "The output for one of", "2 2"},
+                           {kOutput, 65535, "The output for one of", "2 2"}}) {
         std::string help;
         EXPECT_EQ(LogOf([&] { help = mInstance.Help(row.mKind, row.mNumber, 400); }),
                   Texts{"PropertyHelpIndex "s + row.mAsked});
         EXPECT_EQ(std::strncmp(help.c_str(), row.mStart, std::strlen(row.mStart)), 0) << help;
         EXPECT_EQ(help.find_first_not_of('\0', std::strlen(help.c_str())), std::string::npos);
     }
-    EXPECT_EQ(mInstance.Help(kPropertyOutput, 2, 5), "The \0"s);
-    EXPECT_EQ(mInstance.Help(kPropertyOutput, 2, 1), "\0"s);
-    EXPECT_EQ(LogOf([&] { mInstance.Help(kPropertyOutput, 3, 0); }),
-              Texts{"PropertyHelpIndex 2 2"});
+    EXPECT_EQ(mInstance.Help(kOutput, 2, 5), "The \0"s);
+    EXPECT_EQ(mInstance.Help(kOutput, 2, 1), "\0"s);
+    EXPECT_EQ(LogOf([&] { mInstance.Help(kOutput, 3, 0); }), Texts{"PropertyHelpIndex 2 2"});
 }
 
 TEST_F(Registration, CreatesAndDisposes)
@@ -95,7 +93,16 @@ TEST_F(Registration, CreatesAndDisposes)
     second.SetState("'abc'");
     EXPECT_EQ(LogOf([&] { second.Dispose(); }),
               (Texts{"ReleaseBlock 6", "ReleaseBlock " + record}));
-    EXPECT_EQ(second.Info().mActorDataPtr, nullptr);
+
+    // A second end from inside the first.
+    mInstance.SetState("'abc'");
+    bool inside = false;
+    mHost.mHook = [&](NStandIn::Operation) {
+        if (!std::exchange(inside, true)) mInstance.Dispose();
+        return false;
+    };
+    mInstance.Dispose();
+    EXPECT_EQ(Reports(), Texts{"ioActorInfo->mActorDataPtr != nil"});
 }
 
 // Every callback without a record: creation failed, or the instance is gone.
@@ -117,23 +124,14 @@ TEST_F(Registration, DoesNothingWithoutARecord)
                       EXPECT_EQ(instance->State(), "");
                   }),
                   Texts());
-        ActorInfo& info = instance->Info();
-        NActor::HostCallbacks table{};
-        static int sReports = 0;
-        table.ReportAssertion = [](const char* text, const char*, std::int32_t) {
-            EXPECT_STREQ(text, "info != nil");
-            ++sReports;
-        };
-        NActor::HostContext context{{}, &table};
-        sReports = 0;
-        info.DisposeCallback(&context, &info);
-        EXPECT_EQ(sReports, 1);
+        EXPECT_EQ(LogOf([&] { instance->Dispose(); }), Texts{"ReportAssertion info != nil"});
+        EXPECT_EQ(Reports(), Texts{"info != nil"});
     }
 }
 
 TEST_F(Registration, MakesIdsAndReportsThoseOutOfRange)
 {
-    static std::vector<std::string> sReported;
+    static Texts sReported;
     NActor::HostCallbacks table{};
     table.ReportAssertion = [](const char* text, const char*, std::int32_t) {
         sReported.emplace_back(text);
@@ -146,23 +144,12 @@ TEST_F(Registration, MakesIdsAndReportsThoseOutOfRange)
         for (int shift = 24; shift >= 0; shift -= 8) text += static_cast<char>(id >> shift & 0xFF);
         return text;
     };
-    struct Row {
-        int mIndex;
-        std::string mId;
-    };
-    for (const Row& row : {Row{0, "ot00"},
-                           {1, "ot01"},
-                           {9, "ot09"},
-                           {99, "ot99"},
-                           {100, "otAA"},
-                           {125, "otAZ"},
-                           {126, "otBA"},
-                           {775, "otZZ"},
-                           {776, "otaa"},
-                           {1351, "otwd"}}) {
-        EXPECT_EQ(idOf("ot", row.mIndex), row.mId);
+    Texts ids;
+    for (const int index : {0, 99, 100, 126, 775, 776, 1351}) {
+        ids.push_back(idOf("ot", index));
         EXPECT_EQ(sReported, Texts());
     }
+    EXPECT_EQ(ids, (Texts{"ot00", "ot99", "otAA", "otBA", "otZZ", "otaa", "otwd"}));
     const std::string range = "inIndex >= 0 && inIndex < kTwoCharMax * 2";
     EXPECT_EQ(idOf("ot", 1352), "otwe");
     EXPECT_EQ(sReported, Texts{range});
@@ -171,8 +158,10 @@ TEST_F(Registration, MakesIdsAndReportsThoseOutOfRange)
         EXPECT_EQ(idOf("ot", index), "ot\0\0"s);
         EXPECT_EQ(sReported, (Texts{range, "false"}));
     }
-    EXPECT_EQ(idOf("o", 5), "o\0"s + "05");
-    EXPECT_EQ(sReported, Texts{"inRateBase[0] != 0 && inRateBase[1] != 0"});
+    for (const char* const base : {"o", ""}) {
+        EXPECT_EQ(idOf(base, 5), (base + "\0\0"s).substr(0, 2) + "05");
+        EXPECT_EQ(sReported, Texts{"inRateBase[0] != 0 && inRateBase[1] != 0"});
+    }
 }
 
 }  // namespace

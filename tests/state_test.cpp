@@ -1,5 +1,8 @@
 // Saved state, the editing dialog and the icon.
 
+#include <map>
+#include <sstream>
+
 #include "actor/icon.h"
 #include "actor_support.h"
 
@@ -18,7 +21,6 @@ TEST_F(State, ComesBackByteForByte)
     for (const std::string& text : {"n:i=#"s, ""s, "'a\0b'"s, "\xFF\xFE ' \0"s, "no good"s}) {
         mInstance.SetState(text);
         const std::string saved = mInstance.State();
-        EXPECT_EQ(saved, text);
         mInstance.SetDefaultState();
         EXPECT_EQ(mInstance.State(), "");
         mInstance.SetState(saved);
@@ -28,20 +30,15 @@ TEST_F(State, ComesBackByteForByte)
     EXPECT_EQ(Reports(), (Texts{"false", "false", "false", "false"}));
 }
 
-TEST_F(State, ABadStringStaysAndSoDoTheOutputs)
+TEST_F(State, WithoutAGoodStringTheOutputsStay)
 {
     mInstance.SetState("n:i=#");
     EXPECT_EQ(LogOf([&] { mInstance.SetState("n:i=# (1-)"); }),
               (Texts{"ReleaseBlock 6", "AllocateBlock 11", "ReportAssertion false"}));
-    Reports();
     EXPECT_EQ(Outputs(), Texts{"ot01 n 0"});
     EXPECT_EQ(LogOf([&] { mInstance.Deliver("5"); }), Texts());
-}
-
-TEST_F(State, WithoutMemoryThereIsNone)
-{
     mInstance.SetState("n:i=#");
-    mHost.mHook = [](Operation operation) { return operation == NStandIn::kAllocateBlock; };
+    Fail(NStandIn::kAllocateBlock);
     EXPECT_EQ(LogOf([&] { mInstance.SetState("m:i=#"); }),
               (Texts{"ReleaseBlock 6", "AllocateBlock 6", "ReportAssertion "s + kNoMemory}));
     EXPECT_EQ(mInstance.State(), "");
@@ -49,24 +46,16 @@ TEST_F(State, WithoutMemoryThereIsNone)
     EXPECT_EQ(LogOf([&] { mInstance.Deliver("5"); }), Texts());
     mHost.mHook = nullptr;
     // One byte more than this can't be asked for; the pointer is never followed.
-    static std::string sReported;
-    NActor::HostCallbacks table{};
-    table.ReportAssertion = [](const char* text, const char*, std::int32_t) { sReported = text; };
-    NActor::HostContext context{{}, &table};
-    mInstance.Info().SetStateCallback(&context, &mInstance.Info(), nullptr, 0xFFFFFFFF);
-    EXPECT_EQ(sReported, kNoMemory);
-    EXPECT_EQ(Reports(), Texts{kNoMemory});
+    EXPECT_EQ(LogOf([&] { mInstance.SetState(nullptr, 0xFFFFFFFF); }),
+              Texts{"ReportAssertion "s + kNoMemory});
+    EXPECT_EQ(Reports(), (Texts{"false", kNoMemory, kNoMemory}));
 }
 
 TEST_F(DialogTest, CommitsInItsOrder)
 {
     mInstance.SetState("a:i=#");
     mInstance.Deliver("42");
-    mHost.mDialogScript = [](NStandIn::Dialog& dialog) {
-        EXPECT_EQ(dialog.Text(), "a:i=#");
-        dialog.SetText("bb:i=#");
-        return true;
-    };
+    Accept("bb:i=#");
     EXPECT_EQ(
         LogOf([&] { EXPECT_TRUE(mInstance.DoubleClick()); }),
         (Texts{"NewTextHandle 5", "LockTextHandle", "UnlockTextHandle",
@@ -79,11 +68,11 @@ TEST_F(DialogTest, CommitsInItsOrder)
 
 TEST_F(DialogTest, CancellingChangesNothing)
 {
-    const Texts shown = {"NewTextHandle 0", "LockTextHandle", "UnlockTextHandle",
-                         "RunTextDialog Edit Serial Input Parser read-serial-docs.html",
-                         "DisposeTextHandle"};
-    EXPECT_EQ(LogOf([&] { EXPECT_FALSE(mInstance.DoubleClick()); }), shown);
-    mHost.mHook = [](Operation operation) { return operation == NStandIn::kNewTextHandle; };
+    EXPECT_EQ(LogOf([&] { EXPECT_FALSE(mInstance.DoubleClick()); }),
+              (Texts{"NewTextHandle 0", "LockTextHandle", "UnlockTextHandle",
+                     "RunTextDialog Edit Serial Input Parser read-serial-docs.html",
+                     "DisposeTextHandle"}));
+    Fail(NStandIn::kNewTextHandle);
     EXPECT_EQ(LogOf([&] { EXPECT_FALSE(mInstance.DoubleClick()); }),
               (Texts{"NewTextHandle 0", "ReportAssertion temp != nil"}));
     EXPECT_EQ(Reports(), Texts{"temp != nil"});
@@ -92,10 +81,7 @@ TEST_F(DialogTest, CancellingChangesNothing)
 TEST_F(DialogTest, AcceptsEmptyAndBadTexts)
 {
     mInstance.SetState("a:i=#");
-    mHost.mDialogScript = [](NStandIn::Dialog& dialog) {
-        dialog.SetText("a:i= #!");
-        return true;
-    };
+    Accept("a:i= #!");
     EXPECT_TRUE(mInstance.DoubleClick());
     EXPECT_EQ(Reports(), Texts{"false"});
     EXPECT_EQ(mInstance.State(), "a:i= #!");
@@ -105,7 +91,7 @@ TEST_F(DialogTest, AcceptsEmptyAndBadTexts)
         dialog.SetText("");
         return true;
     };
-    EXPECT_TRUE(mInstance.DoubleClick());  // nothing stands on the input: no parse
+    EXPECT_FALSE(mInstance.DoubleClick(false));  // without a flag, and no text on the input
     EXPECT_EQ(mInstance.State(), "");
     EXPECT_EQ(Outputs(), Texts());
 }
@@ -117,14 +103,13 @@ TEST_F(DialogTest, ValidatesWithoutTouchingTheInstance)
         std::int32_t mErrorSize;
         NStandIn::Validation mResult;
     };
-    constexpr std::int32_t kUnset = NStandIn::Validation::kUnset;
+    static constexpr std::int32_t kUnset = NStandIn::Validation::kUnset;
     const Row rows[] = {
         {"n:i=#", 100, {true, "", kUnset, kUnset}},
         {"", 100, {true, "", kUnset, kUnset}},
         {"'abcdefghi' wrong", 100, {false, "Syntax error at 'wrong'", 12, 17}},
         {"!", 100, {false, "Unexpected character '!'", -1, 0}},
         {"'x' !", 8, {false, "Unexpec", 3, 4}},
-        {"!", 1, {false, "", -1, 0}},
         {"!", 0, {false, "", -1, 0}},
         {"!", -5, {false, "", -1, 0}},
     };
@@ -141,93 +126,67 @@ TEST_F(DialogTest, ValidatesWithoutTouchingTheInstance)
         };
         EXPECT_FALSE(mInstance.DoubleClick());
     }
+    mHost.mDialogScript = [this](NStandIn::Dialog& dialog) {
+        Fail(NStandIn::kLockTextHandle);
+        const NStandIn::Validation result = dialog.Validate();
+        mHost.mHook = nullptr;
+        EXPECT_FALSE(result.mGood);
+        EXPECT_EQ(result.mMessage, "The text can't be checked now");
+        EXPECT_EQ(result.mStart, kUnset);
+        return false;
+    };
+    EXPECT_FALSE(mInstance.DoubleClick());
+    EXPECT_EQ(Reports(), Texts{"false"});
     mInstance.Deliver("5");
     EXPECT_EQ(Outputs(), Texts{"ot01 n 5"});
     EXPECT_EQ(mInstance.State(), "n:i=#");
 }
 
-// What a commit leaves behind when one of its steps fails.
-TEST_F(DialogTest, FailsInGoodOrder)
+// The old string is gone by then. What stays is nothing, and outputs on which nothing goes out.
+TEST_F(DialogTest, CommitsNoStringWhereTheHostFails)
 {
-    mHost.mDialogScript = [](NStandIn::Dialog& dialog) {
-        dialog.SetText("b:i=#");
-        return true;
-    };
-    bool dialogClosed = false;
-    const auto failing = [&](Operation failed) {
+    bool closed = false;
+    Accept("b:i=#");
+    for (const auto& [failed, failure] : std::map<Operation, Texts>{
+             {NStandIn::kAllocateBlock, {"ReportAssertion "s + kNoMemory}},
+             {NStandIn::kLockTextHandle,
+              {"LockTextHandle", "UnlockTextHandle", "ReportAssertion false", "ReleaseBlock 6"}}}) {
         mInstance.SetState("a:i=#");
-        dialogClosed = false;
-        mHost.mHook = [&dialogClosed, failed](Operation operation) {
-            if (operation == NStandIn::kRunTextDialog) dialogClosed = true;
-            return dialogClosed && operation == failed;
+        closed = false;
+        mHost.mHook = [&closed, failed = failed](Operation operation) {
+            closed = closed || operation == NStandIn::kRunTextDialog;
+            return closed && operation == failed;
         };
-        const bool changed = mInstance.DoubleClick();
+        const Texts log = LogOf([&] { EXPECT_TRUE(mInstance.DoubleClick()); });
         mHost.mHook = nullptr;
-        return changed;
-    };
-    EXPECT_TRUE(failing(NStandIn::kAllocateBlock));
-    EXPECT_EQ(Reports(), Texts{kNoMemory});
-    EXPECT_EQ(mInstance.State(), "");
-    EXPECT_EQ(Outputs(), Texts{"ot01 a 0"});
-    EXPECT_TRUE(failing(NStandIn::kLockTextHandle));
-    EXPECT_EQ(Reports(), Texts{"false"});
-    EXPECT_EQ(mInstance.State(), "");
-    EXPECT_TRUE(failing(NStandIn::kChangeProperty));
-    EXPECT_EQ(Reports(), Texts{"err == noErr"});
-    EXPECT_TRUE(failing(NStandIn::kGetInputValue));
-    EXPECT_EQ(mInstance.State(), "b:i=#");
-    // The text can't even be shown: nothing is lost.
-    mHost.mHook = [](Operation operation) { return operation == NStandIn::kLockTextHandle; };
-    EXPECT_FALSE(mInstance.DoubleClick());
-    EXPECT_EQ(Reports(), Texts{"false"});
-    EXPECT_EQ(mInstance.State(), "b:i=#");
-}
-
-TEST_F(DialogTest, LetsTheHostComeBackIn)
-{
-    mInstance.SetState("a:i=#");
-    mHost.mDialogScript = [this](NStandIn::Dialog& dialog) {
-        mInstance.Deliver("1");
-        EXPECT_EQ(Outputs(), Texts{"ot01 a 1"});
-        EXPECT_EQ(mInstance.State(), "a:i=#");
-        dialog.SetText("b:i=# c:i=#");
-        return true;
-    };
-    bool inside = false;
-    mHost.mHook = [&](Operation operation) {
-        if (operation == NStandIn::kAddProperty && !std::exchange(inside, true)) {
-            EXPECT_EQ(mInstance.State(), "b:i=# c:i=#");
-            mInstance.Deliver("no match");
-        }
-        return false;
-    };
-    EXPECT_TRUE(mInstance.DoubleClick());
-    EXPECT_TRUE(inside);
-    EXPECT_EQ(Outputs(), (Texts{"ot01 b 0", "ot02 c 0"}));
-    mHost.mDialogScript = [this](NStandIn::Dialog&) {
-        mInstance.Dispose();
-        return true;
-    };
-    EXPECT_FALSE(mInstance.DoubleClick());
+        Texts expected = {"ReleaseBlock 6", "TextHandleSize", "AllocateBlock 6"};
+        expected.insert(expected.end(), failure.begin(), failure.end());
+        expected.emplace_back("DisposeTextHandle");
+        EXPECT_EQ(Texts(log.begin() + 4, log.end()), expected);  // behind the dialog
+        EXPECT_EQ(mInstance.State(), "");
+        EXPECT_EQ(Outputs(), Texts{"ot01 a 0"});
+        EXPECT_EQ(LogOf([&] { mInstance.Deliver("5"); }), Texts());
+    }
+    EXPECT_EQ(Reports(), (Texts{kNoMemory, "false"}));
 }
 
 TEST_F(Icon, IsLoadedOnceForAllAndDrawnAsItsFirstPart)
 {
     int token = 0;
-    mHost.mHook = [](Operation operation) { return operation == NStandIn::kLoadIconRecord; };
-    const auto unloaded = mInstance.IconSize(&token);
-    EXPECT_EQ(unloaded[2], 0);
+    const std::string host = (std::ostringstream() << &token).str();
+    Fail(NStandIn::kLoadIconRecord);
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(mInstance.IconSize(&token)[2], 0); }),
+              Texts{"LoadIconRecord " + host});
     EXPECT_EQ(LogOf([&] { mInstance.DrawIcon(&token, 1, 0, 0); }), Texts());
     mHost.mHook = nullptr;
     EXPECT_EQ(mInstance.IconSize(&token), (std::array<std::uint16_t, 4>{48, 32, 0, 0}));
     EXPECT_EQ(LogOf([&] { mHost.CreateInstance().IconSize(&token); }).size(), 1U);  // its record
-    const auto drawn = LogOf([&] {
-        mInstance.DrawIcon(&token, 0, 0, 0);
-        mInstance.DrawIcon(&token, 2, 0, 0);
-        mInstance.DrawIcon(&token, 1, 0xFEDCBA9876543210, 200);
-    });
-    ASSERT_EQ(drawn.size(), 1U);
-    EXPECT_NE(drawn[0].find(" 200 18364758544493064720"), std::string::npos);
+    EXPECT_EQ(LogOf([&] {
+                  mInstance.DrawIcon(&token, 0, 0, 0);
+                  mInstance.DrawIcon(&token, 2, 0, 0);
+                  mInstance.DrawIcon(&token, 1, 0xFEDCBA9876543210, 200);
+              }),
+              Texts{"DrawIconRecord " + host + " 200 18364758544493064720"});
     *mHost.Icon() = NActor::IconRecord{};  // as a library just loaded has it
 }
 
