@@ -20,7 +20,7 @@ std::string ValuesOf(const Outputs& outputs, const Palette& palette)
     return line;
 }
 
-std::string Padded(std::string text, std::size_t columns)
+std::string Padded(const std::string& text, std::size_t columns)
 {
     const std::size_t width = ColumnsOf(text);
     return text + std::string(columns > width ? columns - width : 0, ' ');
