@@ -1,6 +1,7 @@
 #include "pattern_editor.h"
 
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>

@@ -1,7 +1,7 @@
 #include "syntax_hints.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdlib>
 #include <numeric>
 #include <string_view>
 
