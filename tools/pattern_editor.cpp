@@ -1,6 +1,7 @@
 #include "pattern_editor.h"
 
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -87,7 +88,9 @@ bool PatternEditor::EditUntilGood(NStandIn::Dialog& dialog, const Palette& palet
 void PatternEditor::RunEditor() const
 {
     const std::string command = EditorCommand();
-    const int status = std::system((command + ' ' + ShellWord(mFile)).c_str());
+    // The variables hold a command for the shell, arguments and all.
+    const std::string line = command + ' ' + ShellWord(mFile);
+    const int status = std::system(line.c_str());  // NOLINT(cert-env33-c)
     if (status != 0) throw std::runtime_error("the editor '" + command + "' failed");
 }
 

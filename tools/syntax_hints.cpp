@@ -1,7 +1,7 @@
 #include "syntax_hints.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdlib>
 #include <numeric>
 #include <string_view>
 
@@ -9,7 +9,6 @@ namespace NSift {
 
 using NPattern::EqualsIgnoringCase;
 using NPattern::LToken;
-using NPattern::LTokenType;
 using NPattern::TokenCursor;
 
 namespace {
@@ -308,7 +307,7 @@ std::string NumberNeed(const Place& place)
 
 std::string SetNeed(const Place& place)
 {
-    const std::string classes = "one of ? byte bytes c char chars a letter letters";
+    std::string classes = "one of ? byte bytes c char chars a letter letters";
     if (place.HasCount()) return classes;
     const bool isText = place.WordIsSymbol('[');
     if (!isText && !place.WordIsSymbol('{')) return classes + ", or [ or {";
