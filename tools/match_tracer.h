@@ -32,6 +32,7 @@ struct Trace {
     // The piece that didn't match, or that the message was used up before; none if all did.
     std::optional<std::size_t> mRefusedBy;
     std::size_t mStoppedAt = 0;  // the first byte that wasn't taken
+    bool mIsCut = false;         // for whoever knows: the message went on behind a NUL
 };
 
 // Matches message with the elements of pieces, of which there is at least one.

@@ -73,7 +73,8 @@ void MessageRun::PrintResult(const Message& message, bool matched)
         return;
     }
     if (mPieces.empty()) return;
-    const Trace trace = TraceMatch(mPieces, message.mText);
+    Trace trace = TraceMatch(mPieces, message.mText);
+    trace.mIsCut = message.mIsCut;
     if (matched == trace.mRefusedBy.has_value()) {
         Complain("message " + std::to_string(mCounts.mMessages) +
                  ": the plug-in and this program don't agree on it; are they of one version?");
@@ -107,7 +108,7 @@ void MessageRun::ReportTrouble()
 {
     if (mSource.HasLostText()) {
         std::cerr << "sift: the input holds NUL bytes; the host passes text that ends at a NUL, so "
-                     "what stands around each is lost\n";
+                     "a message that holds one is cut there, or lost\n";
     }
     for (const NStandIn::Assertion& assertion : mHost.Assertions()) {
         std::cerr << "sift: the plug-in reports that this doesn't hold: " << assertion.mText

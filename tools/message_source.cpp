@@ -103,7 +103,7 @@ void MessageSource::TakeHexLine(const std::string& line, const std::string& plac
     std::string bytes;
     unsigned high = 16;  // the first digit of a byte, until the second has come
     for (const char c : line) {
-        if (IsBlank(c)) continue;
+        if (IsBlank(c) || c == ',') continue;
         const unsigned digit = NPattern::HexDigitValue(static_cast<NPattern::Byte>(c));
         if (digit > 15)
             return mComplain(place + ": " + Quoted({&c, 1}) + " is no hexadecimal digit");
@@ -140,7 +140,7 @@ void MessageSource::DeliverPiece()
     const bool isCut = nul != std::string_view::npos;
     mHasLostText = mHasLostText || isCut;
     const bool isLost = isCut && mEomChar != 0;
-    mDeliver({delivery, isLost ? text : text.substr(0, nul), isLost});
+    mDeliver({delivery, isLost ? text : text.substr(0, nul), isLost, isCut && !isLost});
     mPiece.clear();
 }
 

@@ -19,6 +19,7 @@ struct Message {
     std::string_view mDelivery;  // what the host is given: the message and what ends it
     std::string_view mText;      // what the parsing string is matched against
     bool mIsLost;  // it holds a NUL, at which the host's text ends, and so never comes to its end
+    bool mIsCut;   // what stood behind a NUL is gone, and the message ends there
 };
 
 // Reads a file to its end and hands on each message as soon as it is whole: up to the

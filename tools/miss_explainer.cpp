@@ -196,15 +196,23 @@ std::string HintTookTooMuch(const Miss& miss)
                 : "");
 }
 
+std::string HintCut(const Miss& miss)
+{
+    if (!miss.mTrace.mIsCut || !miss.IsUsedUp()) return "";
+    return "the message goes on with a byte 00, but the host passes text that ends there";
+}
+
 std::string HintEmptyRest(const Miss& miss)
 {
-    if (!miss.IsUsedUp() || miss.mMessage.empty() || !IsWord(miss.mPiece, "eol")) return "";
+    if (!miss.IsUsedUp() || miss.mTrace.mIsCut || miss.mMessage.empty() ||
+        !IsWord(miss.mPiece, "eol"))
+        return "";
     return "each piece needs at least one character, eol too";
 }
 
 constexpr std::string (*kHints[])(const Miss&) = {
-    HintOtherCase, HintSpace,     HintPoint,       HintExponent,  HintHexPrefix,
-    HintSign,      HintFurtherOn, HintTookTooMuch, HintEmptyRest,
+    HintOtherCase, HintSpace,     HintPoint,       HintExponent, HintHexPrefix,
+    HintSign,      HintFurtherOn, HintTookTooMuch, HintCut,      HintEmptyRest,
 };
 
 }  // namespace

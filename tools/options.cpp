@@ -120,7 +120,8 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
                    "\\xNN) or a number 0 to 255; line feed if not given, 0 for the end of the text")
         ->option_text("CHAR");
     app.add_flag("--hex", outLine.mHex,
-                 "Read messages written as hexadecimal digits with any blanks between, one a line");
+                 "Read messages written as hexadecimal digits with any blanks and commas between, "
+                 "one a line; the host's text ends at a byte 00");
 
     app.option_defaults()->group("Output");
     app.add_flag("--misses", outOptions.mMisses,
@@ -160,7 +161,11 @@ void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptio
         }
     }
     const auto eomChar = CharacterIn(line.mEomText);
-    if (!eomChar) throw CLI::ValidationError("--eom", "'" + line.mEomText + "' is no character");
+    if (!eomChar)
+        throw CLI::ValidationError("--eom", "'" + line.mEomText +
+                                                "' is no character: write one as it is, or as "
+                                                "\\n \\r \\t \\0 \\\\ \\xNN, or as a number "
+                                                "0 to 255");
     outOptions.mEomChar = line.mHex ? std::uint8_t{0} : *eomChar;
     outOptions.mInputForm = line.mHex ? InputForm::kHexLines : InputForm::kRaw;
     // A bare name would be searched for among the system's libraries.

@@ -209,9 +209,8 @@ std::string HintOrderBehindBytes(const Place& place)
 std::string HintWord(const Place& place)
 {
     const LToken& word = place.Word();
-    if (word.mType != NPattern::kIdentifier || place.IsSymbol(1, ':') || place.IsSymbol(1, '=')) {
-        return "";
-    }
+    if (word.mType != NPattern::kIdentifier) return "";
+    if (!place.HasHeader() && (place.IsSymbol(1, ':') || place.IsSymbol(1, '='))) return "";
     if (Contains(kNumberWords, word.mText) || Contains(kClassWords, word.mText)) return "";
     const std::size_t letters = word.mText.find_first_of("0123456789");
     const std::string stem = word.mText.substr(0, letters);
@@ -228,6 +227,9 @@ std::string HintWord(const Place& place)
     std::string hint =
         "a text that the message holds is written in quotes: " + InQuotes(word.mText);
     if (!nearest.empty()) hint = "did you mean " + std::string(nearest) + "? Else " + hint;
+    if (Place::IsSymbol(place.BehindWord(1), '.') && !place.HasHeader()) {
+        hint += ". If this names a file that holds the parsing string, it goes behind -f";
+    }
     return hint;
 }
 
@@ -400,7 +402,7 @@ std::vector<std::string> LexerHints(const std::string& message, const std::strin
     }
     return {
         "outside quotes and sets it means nothing. If the message holds it, it is written in "
-        "quotes"};
+        "quotes; in a name only letters, digits and _ can stand"};
 }
 
 }  // namespace NSift
