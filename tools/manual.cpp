@@ -102,7 +102,7 @@ void WriteOption(std::ostream& stream, const CLI::Option& option)
     for (const std::string& name : option.get_snames()) names += ", -" + name;
     for (const std::string& name : option.get_lnames()) names += ", --" + name;
     stream << ".TP\n\\fB" << Roff(names.substr(2)) << "\\fR";
-    if (option.get_option_text() != "")
+    if (!option.get_option_text().empty())
         stream << " \\fI" << Roff(option.get_option_text()) << "\\fR";
     stream << '\n' << Roff(option.get_description()) << '\n';
 }
