@@ -172,6 +172,16 @@ TEST_F(Sift, ReadsFilesInTurn)
     EXPECT_NE(mErr.find("NUL"), std::string::npos);
 }
 
+TEST_F(Sift, WarnsOfWhatCompilesButIsSeldomMeant)
+{
+    for (const char* pattern : {"ph:float=#.#", "ph:float=[^,]", "ph:float=3#"}) {
+        EXPECT_EQ(Run("--check '"s + pattern + "'"), 0);
+        EXPECT_EQ(mErr.rfind("sift: careful with piece 1: ", 0), 0U) << pattern << mErr;
+    }
+    EXPECT_EQ(Run("--check \"'a' f:float=.# g:float=[-.0-9] # i:integer=x s:string=[^,]\""), 0);
+    EXPECT_EQ(mErr, "");
+}
+
 // A live source: the answer to one message is there before the next one is sent.
 TEST_F(Sift, AnswersWhileItsInputIsOpen)
 {

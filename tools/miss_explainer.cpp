@@ -37,22 +37,6 @@ bool IsWord(const Piece& piece, std::string_view word)
     return NPattern::EqualsIgnoringCase(piece.Body()->mText, word);
 }
 
-bool IsHexNumber(const Piece& piece)
-{
-    if (piece.mKind != PieceKind::kNumber) return false;
-    const NPattern::LToken* token = piece.Body();
-    if (token->mType == NPattern::kNumber) ++token;
-    return NPattern::EqualsIgnoringCase(token->mText, "x") ||
-           NPattern::EqualsIgnoringCase(token->mText, "hex");
-}
-
-bool HasPoint(const Piece& piece)
-{
-    return std::any_of(piece.mTokens.begin(), piece.mTokens.end(), [](const auto& token) {
-        return token.mType == NPattern::kSymbol && token.mText == ".";
-    });
-}
-
 std::string Excerpt(std::string_view text)
 {
     constexpr std::size_t kMost = 20;
@@ -138,7 +122,7 @@ std::string HintPoint(const Miss& miss)
 {
     const Piece* const before = miss.Before();
     if (before == nullptr || before->mKind != PieceKind::kNumber || miss.Next() != '.') return "";
-    if (IsHexNumber(*before) || HasPoint(*before)) return "";
+    if (IsHexNumber(*before) || IsPointNumber(*before)) return "";
     return "a number that may have a point is written .#";
 }
 

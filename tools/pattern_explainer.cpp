@@ -153,7 +153,61 @@ std::string RangeWords(const Piece& piece, std::size_t index)
     return "";
 }
 
+bool IsOfNumberType(const Piece& piece)
+{
+    return !piece.mCaptures.empty() && piece.mCaptures[0].mType != NPattern::kTypeString;
+}
+
+// Each gives a caution if the piece gives cause for it, else an empty text.
+
+std::string CautionRawDigits(const Pieces& pieces, std::size_t index)
+{
+    const Piece& piece = pieces[index];
+    if (piece.mKind != PieceKind::kSet || !IsOfNumberType(piece) || piece.Body()->mText != "[" ||
+        !piece.mElement->IsBinary()) {
+        return "";
+    }
+    return "white space is in this set, so the number is made of the raw bytes: 12 gives 12849. A "
+           "set without any, such as [-+.0-9], reads digits";
+}
+
+std::string CautionSplitNumber(const Pieces& pieces, std::size_t index)
+{
+    const Piece& piece = pieces[index];
+    if (index + 1 == pieces.size() || piece.mKind != PieceKind::kNumber || IsHexNumber(piece) ||
+        IsPointNumber(piece) || !IsPointNumber(pieces[index + 1]) ||
+        !pieces[index + 1].mCaptures.empty()) {
+        return "";
+    }
+    return "this and the next piece are two numbers, and only the first is captured; one number "
+           "with a point is .#";
+}
+
+std::string CautionWholeFloat(const Pieces& pieces, std::size_t index)
+{
+    const Piece& piece = pieces[index];
+    if (piece.mKind != PieceKind::kNumber || IsPointNumber(piece) || piece.mCaptures.empty() ||
+        piece.mCaptures[0].mType != NPattern::kTypeFloat) {
+        return "";
+    }
+    return "this reads whole numbers only, and stops at a point; .# reads a point too";
+}
+
+constexpr std::string (*kCautions[])(const Pieces&, std::size_t) = {
+    CautionRawDigits,
+    CautionSplitNumber,
+    CautionWholeFloat,
+};
+
 }  // namespace
+
+std::string CautionFor(const Pieces& pieces, std::size_t index)
+{
+    for (const auto cautionFor : kCautions) {
+        if (std::string caution = cautionFor(pieces, index); !caution.empty()) return caution;
+    }
+    return "";
+}
 
 std::string CountOf(std::size_t count, const std::string& unit)
 {
@@ -205,6 +259,9 @@ void PrintExplanation(std::ostream& stream, const Pieces& pieces, const Palette&
             stream << "         captures " << CaptureWords(piece, c);
             if (piece.mKind == PieceKind::kBits) stream << ", " << RangeWords(piece, c);
             stream << '\n';
+        }
+        if (const std::string caution = CautionFor(pieces, p); !caution.empty()) {
+            stream << "         careful: " << caution << '\n';
         }
     }
     stream << "A message matches if the pieces take what they need one behind the other, from its "

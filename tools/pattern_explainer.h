@@ -20,6 +20,10 @@ std::string NameOfByte(unsigned char byte);
 // "1 byte", "5 bytes" and the like.
 std::string CountOf(std::size_t count, const std::string& unit);
 
+// What about a piece is most likely not as it was meant, though it compiles; empty where nothing
+// is.
+std::string CautionFor(const Pieces& pieces, std::size_t index);
+
 // Writes the pieces one by one: what each takes, what it captures, and where white space is
 // skipped.
 void PrintExplanation(std::ostream& stream, const Pieces& pieces, const Palette& palette);

@@ -95,6 +95,23 @@ std::array<bool, 256> MembersOf(const Piece& piece)
     return members;
 }
 
+bool IsHexNumber(const Piece& piece)
+{
+    if (piece.mKind != PieceKind::kNumber) return false;
+    const NPattern::LToken* token = piece.Body();
+    if (token->mType == NPattern::kNumber) ++token;
+    return NPattern::EqualsIgnoringCase(token->mText, "x") ||
+           NPattern::EqualsIgnoringCase(token->mText, "hex");
+}
+
+bool IsPointNumber(const Piece& piece)
+{
+    if (piece.mKind != PieceKind::kNumber) return false;
+    return std::any_of(piece.mTokens.begin(), piece.mTokens.end(), [](const auto& token) {
+        return token.mType == NPattern::kSymbol && token.mText == ".";
+    });
+}
+
 std::size_t BlockSizeOf(const Piece& piece)
 {
     std::int64_t highestBit = 0;  // every number of a bit field is one of a bit

@@ -37,6 +37,10 @@ Pieces TakeApart(const std::string& pattern);
 // Which bytes a piece of kSet takes.
 std::array<bool, 256> MembersOf(const Piece& piece);
 
+// Whether a piece is a number of hexadecimal digits, or one that may have a point.
+bool IsHexNumber(const Piece& piece);
+bool IsPointNumber(const Piece& piece);
+
 // The size of the block of a piece of kBits, in bytes.
 std::size_t BlockSizeOf(const Piece& piece);
 

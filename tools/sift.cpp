@@ -90,6 +90,12 @@ int Run(const Options& options)
     }
     if (options.mTask == Task::kCheck) {
         printer->PrintOutputs(instance.Outputs());
+        for (std::size_t p = 0; p < pieces.size(); ++p) {
+            const std::string caution = CautionFor(pieces, p);
+            if (!caution.empty()) {
+                std::cerr << "sift: careful with piece " << p + 1 << ": " << caution << '\n';
+            }
+        }
         return kExitMatched;
     }
     if (options.mEdit && options.mFiles.empty() && IsTerminal(stdin)) {
