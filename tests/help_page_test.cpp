@@ -8,7 +8,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <utility>
 
 #include "engine_support.h"
@@ -23,6 +22,14 @@ struct Code {
     std::string mText;
 };
 
+std::string Replaced(std::string text, const std::string& old, const std::string& replacement)
+{
+    for (std::size_t at = 0; (at = text.find(old, at)) != text.npos; at += replacement.size()) {
+        text.replace(at, old.size(), replacement);
+    }
+    return text;
+}
+
 // The marked texts of the page, with one more that is empty.
 std::vector<Code> CodesOf(const std::string& page)
 {
@@ -33,7 +40,7 @@ std::vector<Code> CodesOf(const std::string& page)
         const std::size_t content = page.find("\">", at) + 2;
         std::string text = page.substr(content, page.find("</code>", content) - content);
         for (const auto& [entity, meant] : {std::pair{"&lt;", "<"}, {"&gt;", ">"}, {"&amp;", "&"}})
-            text = std::regex_replace(text, std::regex(entity), meant);
+            text = Replaced(text, entity, meant);
         codes.push_back({page.substr(at, content - 2 - at), text});
     }
     codes.emplace_back();
@@ -43,7 +50,7 @@ std::vector<Code> CodesOf(const std::string& page)
 // The bytes meant by the page's notation for messages and results.
 std::string BytesOf(const std::string& shown)
 {
-    const std::string text = std::regex_replace(shown, std::regex("\u2423"), " ");
+    const std::string text = Replaced(shown, "\u2423", " ");
     std::string bytes;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '\\') {
@@ -82,7 +89,7 @@ TEST(HelpPage, EveryExampleDoesWhatThePageSays)
     for (auto code = codes.begin(); code + 1 < codes.end(); ++code) {
         if (code->mClass == "pattern") {
             marked = code->mText;
-            pattern = std::regex_replace(marked, std::regex("</?mark>"), "");
+            pattern = Replaced(Replaced(marked, "<mark>", ""), "</mark>", "");
             EXPECT_NE(code[1].mClass, "pattern") << "an example of nothing";
             continue;
         }
@@ -93,8 +100,8 @@ TEST(HelpPage, EveryExampleDoesWhatThePageSays)
             continue;
         }
         const bool hex = code->mClass == "bytes";
-        const std::string message = BytesOf(
-            hex ? std::regex_replace(code->mText, std::regex(" *(..)"), "\\x$1") : code->mText);
+        const std::string message =
+            BytesOf(hex ? "\\x" + Replaced(code->mText, " ", "\\x") : code->mText);
         ASSERT_EQ((++code)->mClass, "result");
         std::string shown = BytesOf(code->mText);
         if (shown == "match") shown.clear();
