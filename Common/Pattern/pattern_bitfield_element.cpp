@@ -11,6 +11,9 @@ constexpr char kSourceFile[] = "pattern_bitfield_element.cpp";
 // The width of the value of a range. A wider range has no value that could be handed out.
 constexpr std::int32_t kMostBits = 32;
 
+// As many as a 64-bit number has.
+constexpr std::int32_t kMostNumberBytes = 8;
+
 [[noreturn]] void ThrowInvalid()
 {
     throw PatternException(kSourceFile, __LINE__, "Invalid bitfield token");
@@ -53,6 +56,18 @@ bool ParseBigEndian(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
     ThrowInvalid();
 }
 
+// The number that count bytes make, at most kMostNumberBytes.
+std::uint64_t ReadNumber(const Byte* bytes, std::int32_t count, bool bigEndian)
+{
+    std::uint64_t number = 0;
+    if (bigEndian) {
+        for (std::int32_t i = 0; i < count; ++i) number = number << 8 | bytes[i];
+    } else {
+        for (std::int32_t i = count; i > 0; --i) number = number << 8 | bytes[i - 1];
+    }
+    return number;
+}
+
 }  // namespace
 
 bool BitfieldElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
@@ -87,30 +102,30 @@ void BitfieldElement::Dump(std::FILE* stream) const
     }
 }
 
-// 32 bits that start anywhere lie in at most five bytes, and so in one 64-bit number.
+// Most blocks fit into one number, which all fields are then cut from. In a larger one the 32 bits
+// of a field, wherever they start, lie in at most five bytes, and so in one number too.
 const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length < static_cast<std::uint32_t>(mByteCount)) return nullptr;
-    const std::ptrdiff_t step = mBigEndian ? -1 : 1;
+    const bool fits = mByteCount <= kMostNumberBytes;
+    const std::uint64_t block = fits ? ReadNumber(data, mByteCount, mBigEndian) : 0;
     for (BitfieldField& field : mFields) {
-        const Byte* byte = data + field.mFirstByte;
-        std::uint64_t bits = *byte;
-        for (std::int32_t i = 1; i < field.mByteSpan; ++i) {
-            byte += step;
-            bits |= std::uint64_t{*byte} << 8 * i;
-        }
-        field.SetIntegerValue(
-            static_cast<std::uint32_t>(bits >> field.mStartBit % 8 & field.mMask));
+        const std::uint64_t bits =
+            fits ? block : ReadNumber(data + field.mFirstByte, field.mByteSpan, mBigEndian);
+        field.SetIntegerValue(static_cast<std::uint32_t>(bits >> field.mShift & field.mMask));
     }
     return data + mByteCount;
 }
 
 void BitfieldElement::PlaceFields()
 {
+    const bool fits = mByteCount <= kMostNumberBytes;
     for (BitfieldField& field : mFields) {
-        const std::int32_t byte = field.mStartBit / 8;
-        field.mFirstByte = mBigEndian ? mByteCount - 1 - byte : byte;
-        field.mByteSpan = field.mEndBit / 8 - byte + 1;
+        const std::int32_t lowByte = field.mStartBit / 8;
+        const std::int32_t highByte = field.mEndBit / 8;
+        field.mFirstByte = mBigEndian ? mByteCount - 1 - highByte : lowByte;
+        field.mByteSpan = highByte - lowByte + 1;
+        field.mShift = fits ? field.mStartBit : field.mStartBit % 8;
         field.mMask = (std::uint64_t{1} << (field.mEndBit - field.mStartBit + 1)) - 1;
     }
 }

@@ -278,4 +278,16 @@ const Byte* BytesetElement::Match(const Byte* data, std::uint32_t length)
     return mBinary ? CaptureBytes(data, end) : CaptureText(data, end, false);
 }
 
+void BytesetElement::CollectText(TextPieceList& ioPieces) const
+{
+    const auto isMember = [](std::uint32_t member) { return member != 0; };
+    if (mLength != 1 || mParameter.mType != kTypeNone ||
+        std::count_if(mMembers.begin(), mMembers.end(), isMember) != 1) {
+        return;
+    }
+    const auto member = std::find_if(mMembers.begin(), mMembers.end(), isMember);
+    const char text = static_cast<char>(member - mMembers.begin());
+    ioPieces.emplace_back(std::string_view(&text, 1), true);
+}
+
 }  // namespace NPattern

@@ -19,6 +19,8 @@ class BytesetElement final : public Element {
     // At least one byte; exactly mLength bytes unless that is 0.
     const Byte* Match(const Byte* data, std::uint32_t length) override;
     bool IsBinary() const override { return mBinary; }
+    // One byte out of a set of one.
+    void CollectText(TextPieceList& ioPieces) const override;
 
   private:
     enum BracketForm { kSingleBracket, kDoubleBracket, kSingleBrace, kDoubleBrace };

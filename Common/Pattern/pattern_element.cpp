@@ -1,6 +1,7 @@
 #include "pattern_element.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <iterator>
@@ -35,14 +36,62 @@ constexpr TypeWord kTypeWords[] = {
 // Indexed by ParameterType.
 constexpr const char* kTypeSuffixes[] = {":STRING", ":FLOAT", ":LINTEGER", ":BINTEGER"};
 
+// What tells a capital letter from its small one.
+constexpr Byte kCaseBit = 0x20;
+
+// Names and most captured texts are short. Two words that overlap hold all of one of 1 to 16 bytes
+// (of none, the NUL of a std::string), and to work on these spares a call.
+constexpr std::size_t kMostShortBytes = 16;
+
+// Gives what operation gives for the widest type of word that fits, and where the last word starts.
+template <typename Operation>
+bool OnShortText(std::size_t size, Operation operation)
+{
+    if (size >= sizeof(std::uint64_t)) return operation(std::uint64_t{}, size - 8);
+    if (size >= sizeof(std::uint32_t)) return operation(std::uint32_t{}, size - 4);
+    if (size >= sizeof(std::uint16_t)) return operation(std::uint16_t{}, size - 2);
+    return operation(Byte{}, std::size_t{0});
+}
+
+template <typename Word, typename Character>
+Word ReadWord(const Character* text)
+{
+    Word word;
+    std::memcpy(&word, text, sizeof word);
+    return word;
+}
+
+bool IsSameText(const std::string& one, const std::string& other)
+{
+    const std::size_t size = one.size();
+    if (size != other.size()) return false;
+    if (size > kMostShortBytes) return one == other;
+    const char* const a = one.data();
+    const char* const b = other.data();
+    return OnShortText(size, [a, b](auto word, std::size_t last) {
+        using Word = decltype(word);
+        return ReadWord<Word>(a) == ReadWord<Word>(b) &&
+               ReadWord<Word>(a + last) == ReadWord<Word>(b + last);
+    });
+}
+
 // Over the bytes that the string holds already, as long as there are as many: that is what message
-// after message brings, and cheaper than an assignment.
+// after message brings.
 void AssignBytes(std::string& outText, const char* bytes, std::size_t size)
 {
-    if (outText.size() == size) {
-        std::copy_n(bytes, size, outText.data());
-    } else {
+    if (outText.size() != size) {
         outText.assign(bytes, size);
+    } else if (size > kMostShortBytes) {
+        std::memcpy(outText.data(), bytes, size);
+    } else if (size != 0) {
+        OnShortText(size, [target = outText.data(), bytes](auto word, std::size_t last) {
+            using Word = decltype(word);
+            word = ReadWord<Word>(bytes);
+            const auto lastWord = ReadWord<Word>(bytes + last);
+            std::memcpy(target, &word, sizeof word);
+            std::memcpy(target + last, &lastWord, sizeof lastWord);
+            return true;
+        });
     }
 }
 
@@ -138,44 +187,12 @@ double FloatOf(const char* text, const char* end)
     return negative ? -value : value;
 }
 
-template <typename Word>
-bool IsSameWord(const char* a, const char* b)
+// Message after message the entry is of the same capture, and only its value is new. Gives false,
+// and leaves the entry, if it is of another.
+bool Overwrite(Parameter& ioEntry, const Parameter& parameter)
 {
-    Word x;
-    Word y;
-    std::memcpy(&x, a, sizeof x);
-    std::memcpy(&y, b, sizeof y);
-    return x == y;
-}
-
-// Two words that overlap hold all of a text of size bytes.
-template <typename Word>
-bool AreSameEnds(const char* a, const char* b, std::size_t size)
-{
-    const std::size_t last = size - sizeof(Word);
-    return IsSameWord<Word>(a, b) && IsSameWord<Word>(a + last, b + last);
-}
-
-// Names are short, and this spares a call for each capture.
-bool IsSameName(const std::string& one, const std::string& other)
-{
-    const std::size_t size = one.size();
-    if (size != other.size()) return false;
-    if (size > 16) return one == other;
-    const char* const a = one.data();
-    const char* const b = other.data();
-    if (size >= 8) return AreSameEnds<std::uint64_t>(a, b, size);
-    if (size >= 4) return AreSameEnds<std::uint32_t>(a, b, size);
-    if (size >= 2) return AreSameEnds<std::uint16_t>(a, b, size);
-    return *a == *b;
-}
-
-// Message after message the entry is of the same capture, and only its value is new.
-void Overwrite(Parameter& ioEntry, const Parameter& parameter)
-{
-    if (ioEntry.mType != parameter.mType || !IsSameName(ioEntry.mName, parameter.mName)) {
-        ioEntry = parameter;
-        return;
+    if (ioEntry.mType != parameter.mType || !IsSameText(ioEntry.mName, parameter.mName)) {
+        return false;
     }
     ioEntry.mIntValue = parameter.mIntValue;
     ioEntry.mFloatValue = parameter.mFloatValue;
@@ -183,6 +200,23 @@ void Overwrite(Parameter& ioEntry, const Parameter& parameter)
         AssignBytes(ioEntry.mStringValue, parameter.mStringValue.data(),
                     parameter.mStringValue.size());
     }
+    return true;
+}
+
+// The eight bytes from current on, with zeros behind end. Reads within begin and end.
+std::uint64_t WordAt(const Byte* begin, const Byte* current, const Byte* end)
+{
+    constexpr std::size_t kSize = sizeof(std::uint64_t);
+    const auto left = static_cast<std::size_t>(end - current);
+    if (left >= kSize) return ReadWord<std::uint64_t>(current);
+    if (static_cast<std::size_t>(end - begin) < kSize) {
+        Byte bytes[kSize] = {};
+        std::copy(current, end, bytes);
+        return ReadWord<std::uint64_t>(bytes);
+    }
+    const auto word = ReadWord<std::uint64_t>(end - kSize);
+    const std::size_t surplus = (kSize - left) * 8;
+    return std::endian::native == std::endian::little ? word >> surplus : word << surplus;
 }
 
 template <typename Form>
@@ -208,22 +242,19 @@ constexpr ElementForm kElementForms[] = {
 
 }  // namespace
 
-void Parameter::StoreText(const Byte* text, std::uint32_t length, bool hex)
+void Parameter::SetTextValue(const Byte* text, std::uint32_t length, bool hex)
 {
-    const char* const begin = reinterpret_cast<const char*>(text);
-    const char* const end = begin + (length != 0 ? length : std::strlen(begin));
-    switch (mType) {
-        case kTypeString:
-            AssignBytes(mStringValue, begin, static_cast<std::size_t>(end - begin));
-            break;
-        case kTypeFloat: mFloatValue = hex ? IntegerOf(begin, end, 16) : FloatOf(begin, end); break;
-        case kTypeLInteger:
-        case kTypeBInteger: mIntValue = IntegerOf(begin, end, hex ? 16 : 10); break;
-        case kTypeNone: break;
+    if (mType == kTypeNone) return;
+    const std::size_t size =
+        length != 0 ? length : std::strlen(reinterpret_cast<const char*>(text));
+    if (mType == kTypeString) {
+        AssignBytes(mStringValue, reinterpret_cast<const char*>(text), size);
+    } else {
+        StoreNumber(text, size, hex);
     }
 }
 
-void Parameter::StoreBytes(const Byte* data, std::uint32_t length)
+void Parameter::SetBinaryValue(const Byte* data, std::uint32_t length)
 {
     switch (mType) {
         case kTypeString:
@@ -253,11 +284,22 @@ void Parameter::StoreBytes(const Byte* data, std::uint32_t length)
     }
 }
 
+void Parameter::StoreNumber(const Byte* text, std::size_t length, bool hex)
+{
+    const char* const begin = reinterpret_cast<const char*>(text);
+    const char* const end = begin + length;
+    if (IsInteger()) {
+        mIntValue = IntegerOf(begin, end, hex ? 16 : 10);
+    } else {
+        mFloatValue = hex ? IntegerOf(begin, end, 16) : FloatOf(begin, end);
+    }
+}
+
 void Parameter::StoreInteger(std::int32_t value)
 {
     if (mType == kTypeString) {
         mStringValue = std::to_string(value);
-    } else {
+    } else if (mType == kTypeFloat) {
         mFloatValue = value;
     }
 }
@@ -300,12 +342,31 @@ TokenCursor SkipDeclaration(const std::vector<LToken>& tokens, TokenCursor curso
     return complete ? behind : cursor;
 }
 
+TextPiece::TextPiece(std::string_view text, bool caseSensitive)
+    : mSize(static_cast<std::uint32_t>(text.size()))
+{
+    Byte bytes[kMostBytes] = {};
+    Byte fold[kMostBytes] = {};
+    Byte mask[kMostBytes] = {};
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto b = static_cast<Byte>(text[i]);
+        fold[i] = !caseSensitive && IsAlpha(b) ? kCaseBit : 0;
+        bytes[i] = b | fold[i];
+        mask[i] = 0xFF;
+    }
+    std::memcpy(&mText, bytes, kMostBytes);
+    std::memcpy(&mFold, fold, kMostBytes);
+    std::memcpy(&mMask, mask, kMostBytes);
+}
+
 Element::~Element() = default;
 
 void Element::CollectParameters(ParameterList& ioList) const
 {
     if (mParameter.mType != kTypeNone) ioList.push_back(&mParameter);
 }
+
+void Element::CollectText(TextPieceList& /*ioPieces*/) const {}
 
 void Element::ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
@@ -389,19 +450,27 @@ ElementList CompileElements(const std::string& parseString)
 void Pattern::SetPatternString(const std::string& parseString)
 {
     Clear();
-    ElementList elements = CompileElements(parseString);
-    std::vector<Step> steps;
-    ParameterList captures;
+    Pattern compiled;
+    compiled.mElements = CompileElements(parseString);
     bool skipsSpace = false;
-    for (const auto& element : elements) {
+    for (const auto& element : compiled.mElements) {
         const bool isSpace = dynamic_cast<WhitespaceElement*>(element.get()) != nullptr;
-        if (!isSpace) steps.push_back({element.get(), skipsSpace});
+        if (!isSpace) compiled.AppendSteps(*element, skipsSpace);
         skipsSpace = isSpace;
-        element->CollectParameters(captures);
+        element->CollectParameters(compiled.mCaptures);
     }
-    mElements = std::move(elements);
-    mSteps = std::move(steps);
-    mCaptures = std::move(captures);
+    *this = std::move(compiled);
+}
+
+void Pattern::AppendSteps(Element& element, bool skipsSpace)
+{
+    TextPieceList pieces;
+    element.CollectText(pieces);
+    if (pieces.empty()) mSteps.push_back({skipsSpace, &element});
+    for (const TextPiece& piece : pieces) {
+        mSteps.push_back({skipsSpace, nullptr, piece});
+        skipsSpace = false;
+    }
 }
 
 const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
@@ -410,19 +479,35 @@ const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
     const Byte* const end = data + length;
     const Byte* current = data;
     for (const Step& step : mSteps) {
-        if (step.mSkipsSpace) current = SkipSpace(current, end);
         if (current == end) return nullptr;
-        current = step.mElement->Match(current, static_cast<std::uint32_t>(end - current));
-        if (current == nullptr) return nullptr;
+        while (step.mSkipsSpace && IsSpace(*current)) {
+            if (++current == end) return nullptr;
+        }
+        if (step.mElement == nullptr) {
+            if (!step.mText.IsIn(WordAt(data, current, end))) return nullptr;
+            current += step.mText.mSize;
+        } else {
+            current = step.mElement->Match(current, static_cast<std::uint32_t>(end - current));
+            if (current == nullptr) return nullptr;
+        }
     }
     return current;
 }
 
 void Pattern::CollectParameters(std::vector<Parameter>& outParameters) const
 {
+    if (outParameters.size() != mCaptures.size()) return CollectAnew(outParameters);
+    auto entry = outParameters.begin();
+    for (const Parameter* const capture : mCaptures) {
+        if (!Overwrite(*entry++, *capture)) return CollectAnew(outParameters);
+    }
+}
+
+void Pattern::CollectAnew(std::vector<Parameter>& outParameters) const
+{
     outParameters.resize(mCaptures.size());
     auto entry = outParameters.begin();
-    for (const Parameter* const capture : mCaptures) Overwrite(*entry++, *capture);
+    for (const Parameter* const capture : mCaptures) *entry++ = *capture;
 }
 
 void Pattern::Clear()

@@ -136,8 +136,7 @@ const Byte* NumberElement::MatchHex(const Byte* data, const Byte* end)
 {
     const DigitRun run = TakeDigits<16>(data, end, mIntegerDigits, 0);
     if (run.mEnd == data) return nullptr;
-    const bool isInteger = mParameter.mType == kTypeLInteger || mParameter.mType == kTypeBInteger;
-    if (!isInteger || run.mEnd - data > kMostQuickHexDigits) {
+    if (!mParameter.IsInteger() || run.mEnd - data > kMostQuickHexDigits) {
         return CaptureText(data, run.mEnd, true);
     }
     mParameter.mIntValue = Clamped(run.mValue, false);
@@ -162,23 +161,18 @@ const Byte* NumberElement::MatchDecimal(const Byte* data, const Byte* end)
     if (all.mEnd == data) return nullptr;
 
     const std::ptrdiff_t wholeDigits = whole.mEnd - digits;
-    switch (mParameter.mType) {
-        case kTypeFloat:
-            if (wholeDigits + fractionDigits > kMostQuickDigits || all.mValue > kLargestExact)
-                break;
-            mParameter.mFloatValue = static_cast<double>(all.mValue) / kPowersOfTen[fractionDigits];
-            // Without any digit there is no number, and so no negative zero either.
-            if (negative && wholeDigits + fractionDigits != 0) {
-                mParameter.mFloatValue = -mParameter.mFloatValue;
-            }
-            return all.mEnd;
-        case kTypeLInteger:
-        case kTypeBInteger:
-            if (wholeDigits > kMostQuickDigits) break;
-            mParameter.mIntValue = Clamped(whole.mValue, negative);
-            return all.mEnd;
-        case kTypeString:
-        case kTypeNone: break;
+    if (mParameter.IsInteger() && wholeDigits <= kMostQuickDigits) {
+        mParameter.mIntValue = Clamped(whole.mValue, negative);
+        return all.mEnd;
+    }
+    const std::ptrdiff_t digitCount = wholeDigits + fractionDigits;
+    if (mParameter.mType == kTypeFloat && digitCount <= kMostQuickDigits &&
+        all.mValue <= kLargestExact) {
+        const double value = static_cast<double>(static_cast<std::int64_t>(all.mValue)) /
+                             kPowersOfTen[fractionDigits];
+        // Without any digit there is no number, and so no negative zero either.
+        mParameter.mFloatValue = negative && digitCount != 0 ? -value : value;
+        return all.mEnd;
     }
     return CaptureText(data, all.mEnd, false);
 }

@@ -1,16 +1,13 @@
 #include "pattern_string_element.h"
 
 #include <algorithm>
-#include <cstring>
+#include <string_view>
 
 namespace NPattern {
 
 namespace {
 
 constexpr char kSourceFile[] = "pattern_string_element.cpp";
-
-// What tells a capital letter from its small one.
-constexpr Byte kCaseBit = 0x20;
 
 }  // namespace
 
@@ -30,7 +27,6 @@ StringElement::StringElement(const std::vector<LToken>& tokens, TokenCursor& ioC
     }
     mMatchText = token->mText;
     mCaseSensitive = token->mType == kSingleQuoted;
-    PrepareHead();
 }
 
 void StringElement::Dump(std::FILE* stream) const
@@ -43,39 +39,7 @@ void StringElement::Dump(std::FILE* stream) const
 const Byte* StringElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length < mMatchText.size()) return nullptr;
-    std::uint64_t word = 0;
-    if (length < sizeof word) return MatchBytes(data, 0);
-    std::memcpy(&word, data, sizeof word);
-    if ((((word | mHeadFold) ^ mHead) & mHeadMask) != 0) return nullptr;
-    return mHeadIsAll ? data + mMatchText.size() : MatchBytes(data, mHeadLength);
-}
-
-void StringElement::PrepareHead()
-{
-    const bool isPlain = std::none_of(mMatchText.begin(), mMatchText.end(),
-                                      [](char c) { return c == '\0' || c == kWildcardByte; });
-    if (!isPlain) return;
-    constexpr std::size_t kWordSize = sizeof mHead;
-    Byte head[kWordSize] = {};
-    Byte fold[kWordSize] = {};
-    Byte mask[kWordSize] = {};
-    mHeadLength = std::min(mMatchText.size(), kWordSize);
-    for (std::size_t i = 0; i < mHeadLength; ++i) {
-        const auto b = static_cast<Byte>(mMatchText[i]);
-        fold[i] = !mCaseSensitive && IsAlpha(b) ? kCaseBit : 0;
-        head[i] = b | fold[i];
-        mask[i] = 0xFF;
-    }
-    std::memcpy(&mHead, head, kWordSize);
-    std::memcpy(&mHeadFold, fold, kWordSize);
-    std::memcpy(&mHeadMask, mask, kWordSize);
-    mHeadIsAll = mHeadLength == mMatchText.size() && mParameter.mType == kTypeNone;
-}
-
-// start: what stands before it in the text is known to fit.
-const Byte* StringElement::MatchBytes(const Byte* data, std::size_t start)
-{
-    for (std::size_t i = start; i < mMatchText.size(); ++i) {
+    for (std::size_t i = 0; i < mMatchText.size(); ++i) {
         const Byte found = data[i];
         const auto wanted = static_cast<Byte>(mMatchText[i]);
         if (found == 0 && wanted == 0) break;
@@ -84,6 +48,18 @@ const Byte* StringElement::MatchBytes(const Byte* data, std::size_t start)
         if (!equal && wanted != kWildcardByte) return nullptr;
     }
     return CaptureText(data, data + mMatchText.size(), false);
+}
+
+void StringElement::CollectText(TextPieceList& ioPieces) const
+{
+    const bool isPlain = std::none_of(mMatchText.begin(), mMatchText.end(),
+                                      [](char c) { return c == '\0' || c == kWildcardByte; });
+    if (!isPlain || mParameter.mType != kTypeNone) return;
+    for (std::string_view rest = mMatchText; !rest.empty();) {
+        const std::string_view piece = rest.substr(0, TextPiece::kMostBytes);
+        ioPieces.emplace_back(piece, mCaseSensitive);
+        rest.remove_prefix(piece.size());
+    }
 }
 
 }  // namespace NPattern
