@@ -8,6 +8,7 @@
 
 #include "Common/Pattern/pattern_element.h"
 #include "counting_host.h"
+#include "registration.h"
 
 namespace NBench {
 
@@ -137,13 +138,8 @@ const std::vector<Curve> kCurves = {
 
 }  // namespace
 
-}  // namespace NBench
-
-int main(int argc, char** argv)
+void RegisterBenchmarks()
 {
-    using namespace NBench;
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     for (const Curve& curve : kCurves) {
         for (const std::size_t size : curve.mSizes) {
             const std::string name = std::string(curve.mName) + "/" + std::to_string(size);
@@ -151,6 +147,6 @@ int main(int argc, char** argv)
                                                            auto& state) { measure(state, size); });
         }
     }
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
 }
+
+}  // namespace NBench

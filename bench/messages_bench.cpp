@@ -11,6 +11,7 @@
 #include "allocations.h"
 #include "peers.h"
 #include "plain_parsers.h"
+#include "registration.h"
 #include "workloads.h"
 
 namespace NBench {
@@ -134,19 +135,14 @@ void AddWorkload(WorkloadIndex index)
 
 }  // namespace
 
-}  // namespace NBench
-
-int main(int argc, char** argv)
+void RegisterBenchmarks()
 {
-    using namespace NBench;
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     AddWorkload<SensorRecord>(kSensor);
     AddWorkload<PositionRecord>(kPosition);
     AddWorkload<HexDataRecord>(kHexData);
     AddWorkload<CommandRecord>(kCommand);
     AddWorkload<PacketRecord>(kPacket);
     AddWorkload<HeadingRecord>(kHeading);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
 }
+
+}  // namespace NBench

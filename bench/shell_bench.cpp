@@ -12,6 +12,7 @@
 #include "Common/Pattern/pattern_element.h"
 #include "actor/message_processing.h"
 #include "counting_host.h"
+#include "registration.h"
 #include "workloads.h"
 
 namespace NBench {
@@ -110,18 +111,13 @@ void AddWorkload(const Workload& workload, bool cutAtLimit)
 
 }  // namespace
 
-}  // namespace NBench
-
-int main(int argc, char** argv)
+void RegisterBenchmarks()
 {
-    using namespace NBench;
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     for (const Workload& workload : kWorkloads) {
         if (&workload == &kWorkloads[kPacket]) continue;
         AddWorkload(workload, false);
         AddWorkload(workload, true);
     }
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
 }
+
+}  // namespace NBench

@@ -3,7 +3,8 @@
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
-need_packages libbenchmark-dev libpcre2-dev libre2-dev pkgconf python3
+need_bench_packages
+need_packages python3
 
 cmake --preset bench >/dev/null
 cmake --build --preset bench -- --quiet
