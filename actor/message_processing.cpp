@@ -104,14 +104,14 @@ void ParseInputText(const HostContext* context, const ActorInfo* info, const cha
     // call may have replaced its pattern, or have disposed of the instance.
     const RecordWatch watch(info);
     MessageCutter cutter(buffer.get(), length, watch.Record()->mEomChar);
-    std::vector<Parameter> params;
+    NPattern::CapturedParameters params;
     const Byte* message = nullptr;
     std::uint32_t messageLength = 0;
     while (watch.Record() != nullptr && cutter.Next(message, messageLength)) {
         NPattern::Pattern& pattern = watch.Record()->mPattern;
         if (pattern.Match(message, messageLength) == nullptr) continue;
         pattern.CollectParameters(params);
-        PublishParameters(context, info, params);
+        PublishParameters(context, info, params.Entries());
     }
 }
 

@@ -27,7 +27,7 @@ void MeasureMatching(benchmark::State& state, const std::string& parsingString,
 {
     NPattern::Pattern pattern;
     pattern.SetPatternString(parsingString);
-    std::vector<NPattern::Parameter> parameters;
+    NPattern::CapturedParameters parameters;
     const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.data());
     while (state.KeepRunning()) {
         if (pattern.Match(data, static_cast<std::uint32_t>(message.size())) == nullptr) {

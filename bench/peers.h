@@ -50,14 +50,14 @@ class EnginePeer {
     Record Values() const
     {
         Record record;
-        const NPattern::Parameter* next = mParameters.data();
+        const NPattern::Parameter* next = mParameters.Entries().data();
         std::apply([&next](auto&... value) { (Take(next, value), ...); }, record);
         return record;
     }
 
   private:
     NPattern::Pattern mPattern;
-    std::vector<NPattern::Parameter> mParameters;
+    NPattern::CapturedParameters mParameters;
 };
 
 // PCRE2 with its just-in-time compiler.

@@ -41,7 +41,7 @@ std::vector<Message> CutAtLimit(const std::string& text)
 
 // Gives how many values were captured.
 std::size_t RunEngine(const std::vector<Message>& messages, NPattern::Pattern& ioPattern,
-                      std::vector<NPattern::Parameter>& ioParameters, std::size_t& outMatched)
+                      NPattern::CapturedParameters& ioParameters, std::size_t& outMatched)
 {
     std::size_t values = 0;
     outMatched = 0;
@@ -50,7 +50,7 @@ std::size_t RunEngine(const std::vector<Message>& messages, NPattern::Pattern& i
         if (ioPattern.Match(data, message.mLength) == nullptr) continue;
         ioPattern.CollectParameters(ioParameters);
         benchmark::ClobberMemory();
-        values += ioParameters.size();
+        values += ioParameters.Entries().size();
         ++outMatched;
     }
     return values;
@@ -61,7 +61,7 @@ void MeasureEngine(benchmark::State& state, const Workload& workload,
 {
     NPattern::Pattern pattern;
     pattern.SetPatternString(workload.mParsingString);
-    std::vector<NPattern::Parameter> parameters;
+    NPattern::CapturedParameters parameters;
     std::size_t matched = 0;
     std::size_t values = 0;
     while (state.KeepRunning()) values = RunEngine(messages, pattern, parameters, matched);
@@ -94,7 +94,7 @@ void AddWorkload(const Workload& workload, bool cutAtLimit)
 
     NPattern::Pattern pattern;
     pattern.SetPatternString(workload.mParsingString);
-    std::vector<NPattern::Parameter> parameters;
+    NPattern::CapturedParameters parameters;
     std::size_t matched = 0;
     const std::size_t captures = RunEngine(set->mMessages, pattern, parameters, matched);
 

@@ -12,6 +12,7 @@
 #include "tests/engine_support.h"
 
 using NPattern::Byte;
+using NPattern::CapturedParameters;
 using NPattern::Parameter;
 using NPattern::Pattern;
 using NPattern::PatternSyntaxException;
@@ -82,15 +83,20 @@ bool AllSame(const std::vector<Parameter>& a, const std::vector<Parameter>& b, S
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
-void CheckMatch(Pattern& pattern, const Message& message)
+// kept: holds the captures of another string.
+void CheckMatch(Pattern& pattern, const Message& message, CapturedParameters& kept)
 {
     const std::vector<Parameter> declared = Captures(pattern);
+    pattern.CollectParameters(kept);
+    Expect(AllSame(declared, kept.Entries(), SameValue), "what is kept follows the pattern");
     const Byte* const rest = pattern.Match(message.Data(), message.Length());
     if (rest == nullptr) return;
     Expect(rest >= message.Data() && rest <= message.Data() + message.Length(),
            "a match ends inside its message");
     const std::vector<Parameter> captured = Captures(pattern);
     Expect(AllSame(declared, captured, SameOutput), "a match changes values alone");
+    pattern.CollectParameters(kept);
+    Expect(AllSame(captured, kept.Entries(), SameValue), "what is kept follows the match");
     Expect(pattern.Match(message.Data(), message.Length()) == rest, "a match depends on nothing");
     Expect(AllSame(captured, Captures(pattern), SameValue), "nor do its values");
 }
@@ -116,8 +122,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 
     Pattern pattern;
     Expect(Compile(pattern, kGoodString), "a good string compiles");
+    CapturedParameters kept;
+    pattern.CollectParameters(kept);
     if (Compile(pattern, parseString)) {
-        CheckMatch(pattern, message);
+        CheckMatch(pattern, message, kept);
     } else {
         CheckEmpty(pattern, message);
     }

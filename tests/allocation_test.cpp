@@ -8,6 +8,7 @@
 #include <new>
 #include <string>
 
+#include "Common/Pattern/pattern_element.h"
 #include "standin/stand_in_host.h"
 
 using NStandIn::Instance;
@@ -16,12 +17,14 @@ using NStandIn::StandInHost;
 namespace {
 
 long sLiveAllocations = 0;
-int sAllocations = 0;  // of the actor's code
-int sFailing = 0;      // which of them fails; 0: none
+int sAllocations = 0;       // of the actor's code
+int sFailing = 0;           // which of them fails; 0: none
+bool sWithoutHost = false;  // while a test uses the engine itself
 
 void* Allocate(std::size_t size)
 {
-    if (!StandInHost::IsInsideOperation() && ++sAllocations == sFailing) return nullptr;
+    const bool ofActor = sWithoutHost || !StandInHost::IsInsideOperation();
+    if (ofActor && ++sAllocations == sFailing) return nullptr;
     ++sLiveAllocations;
     return std::malloc(size != 0 ? size : 1);
 }
@@ -157,6 +160,36 @@ TEST(Faults, OfMemoryAtEveryAllocation)
 {
     for (const Work& work : kWork) {
         EXPECT_GE(CountFaults(work, kOfMemory), work.mAllocations) << work.mName;
+    }
+}
+
+// What is left half collected is never taken for the captures of another pattern.
+TEST(Faults, OfMemoryWhileParametersAreCollected)
+{
+    NPattern::Pattern one;
+    one.SetPatternString("a:i=# b:i=#");
+    NPattern::Pattern other;
+    other.SetPatternString(
+        "name_beyond_any_small_buffer:i=# another_one_beyond_any_small_buffer:i=#");
+    const auto collects = [&other](NPattern::CapturedParameters& kept) {
+        try {
+            other.CollectParameters(kept);
+            return true;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    };
+    for (int n = 1; n <= 3; ++n) {  // one allocation for each name
+        NPattern::CapturedParameters kept;
+        one.CollectParameters(kept);
+        sAllocations = 0;
+        sFailing = n;
+        sWithoutHost = true;
+        const bool collected = collects(kept);
+        sWithoutHost = false;
+        EXPECT_EQ(collected, n > 2);
+        one.CollectParameters(kept);
+        EXPECT_EQ(kept.Entries()[0].mName + kept.Entries()[1].mName, "ab");
     }
 }
 

@@ -58,6 +58,7 @@ TEST(Match, Strings)
         {"\"a?c\"", "ac", "no match"},
         {"'a?'", "a\0"s, "no match"},
         {"'abcdefghijklmnop'", "abcdefghijklmnoX", "no match"},
+        {"# 'abcdefghijklmnop'", "1 abcdefgh ijklmnop", "no match"},
         {"n:f=\"?????\"", "-1e2x", "n=-100 | "},
     });
     Pattern pattern;
@@ -169,6 +170,65 @@ TEST(Match, FailureLeavesValuesAndClearingCollectsNothing)
     pattern.Clear();
     pattern.CollectParameters(parameters);
     EXPECT_TRUE(parameters.empty());
+}
+
+TEST(Match, KeptParametersFollowWhateverPatternFillsThem)
+{
+    struct Row {
+        const char* mParseString;
+        const char* mMessage;
+        const char* mKept;
+    };
+    // In turn into the same ones: the same again, another name, another type, another number of
+    // captures, shorter strings, none.
+    const Row rows[] = {
+        {"n:i=#", "1", "n=1"},
+        {"n:i=#", "2", "n=2"},
+        {"m:i=#", "3", "m=3"},
+        {"m:f=#", "4", "m=4"},
+        {"m:s=eol t:s=bytes", "", "m=\"\" t=\"\""},
+        {"a:s=3a b:s=[0-9] c:s=[a-z]", "abc12345678901234567890wx",
+         "a=\"abc\" b=\"12345678901234567890\" c=\"wx\""},
+        {"a:s=3a b:s=[0-9] c:s=[a-z]", "xyz9wx", "a=\"xyz\" b=\"9\" c=\"wx\""},
+        {"'x'", "x", ""},
+    };
+    CapturedParameters kept;
+    Pattern one;
+    Pattern other;
+    for (int round = 0; round < 2; ++round) {
+        for (const Row& row : rows) {
+            Pattern& pattern = round == 0 ? one : other;
+            pattern.SetPatternString(row.mParseString);
+            MatchResult(pattern, row.mMessage);
+            pattern.CollectParameters(kept);
+            EXPECT_EQ(Show(kept.Entries()), row.mKept) << row.mParseString;
+            pattern.Match(nullptr, 0);
+            pattern.CollectParameters(kept);
+            EXPECT_EQ(Show(kept.Entries()), row.mKept) << row.mParseString;
+        }
+    }
+    other.SetPatternString("n:i=#");
+    other.CollectParameters(kept);
+    other.Clear();
+    other.CollectParameters(kept);
+    EXPECT_TRUE(kept.Entries().empty());
+}
+
+// Texts of one length are written over each other.
+TEST(Match, CapturesTextsOfEachLength)
+{
+    const std::string letters = "abcdefghijklmnopqrstuvwxyzabcdefghijklmnopqrstuvwxyz";
+    Pattern pattern;
+    pattern.SetPatternString("s:s=[a-z]");
+    CapturedParameters kept;
+    for (std::size_t size = 1; size <= 26; ++size) {
+        for (std::size_t start = 0; start < 3; ++start) {
+            const Message message(letters.substr(start, size));
+            ASSERT_NE(pattern.Match(message.Data(), message.Length()), nullptr);
+            pattern.CollectParameters(kept);
+            EXPECT_EQ(kept.Entries()[0].mStringValue, letters.substr(start, size));
+        }
+    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "pattern_element.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <charconv>
 #include <cstring>
@@ -39,20 +40,6 @@ constexpr const char* kTypeSuffixes[] = {":STRING", ":FLOAT", ":LINTEGER", ":BIN
 // What tells a capital letter from its small one.
 constexpr Byte kCaseBit = 0x20;
 
-// Names and most captured texts are short. Two words that overlap hold all of one of 1 to 16 bytes
-// (of none, the NUL of a std::string), and to work on these spares a call.
-constexpr std::size_t kMostShortBytes = 16;
-
-// Gives what operation gives for the widest type of word that fits, and where the last word starts.
-template <typename Operation>
-bool OnShortText(std::size_t size, Operation operation)
-{
-    if (size >= sizeof(std::uint64_t)) return operation(std::uint64_t{}, size - 8);
-    if (size >= sizeof(std::uint32_t)) return operation(std::uint32_t{}, size - 4);
-    if (size >= sizeof(std::uint16_t)) return operation(std::uint16_t{}, size - 2);
-    return operation(Byte{}, std::size_t{0});
-}
-
 template <typename Word, typename Character>
 Word ReadWord(const Character* text)
 {
@@ -61,37 +48,34 @@ Word ReadWord(const Character* text)
     return word;
 }
 
-bool IsSameText(const std::string& one, const std::string& other)
+// Two words that overlap hold all of a text of their size or up to twice that.
+template <typename Word>
+void CopyEnds(char* target, const char* source, std::size_t size)
 {
-    const std::size_t size = one.size();
-    if (size != other.size()) return false;
-    if (size > kMostShortBytes) return one == other;
-    const char* const a = one.data();
-    const char* const b = other.data();
-    return OnShortText(size, [a, b](auto word, std::size_t last) {
-        using Word = decltype(word);
-        return ReadWord<Word>(a) == ReadWord<Word>(b) &&
-               ReadWord<Word>(a + last) == ReadWord<Word>(b + last);
-    });
+    const std::size_t last = size - sizeof(Word);
+    const auto firstWord = ReadWord<Word>(source);
+    const auto lastWord = ReadWord<Word>(source + last);
+    std::memcpy(target, &firstWord, sizeof(Word));
+    std::memcpy(target + last, &lastWord, sizeof(Word));
 }
 
 // Over the bytes that the string holds already, as long as there are as many: that is what message
-// after message brings.
+// after message brings. Most texts are short, and copied without a call.
 void AssignBytes(std::string& outText, const char* bytes, std::size_t size)
 {
+    char* const target = outText.data();
     if (outText.size() != size) {
         outText.assign(bytes, size);
-    } else if (size > kMostShortBytes) {
-        std::memcpy(outText.data(), bytes, size);
-    } else if (size != 0) {
-        OnShortText(size, [target = outText.data(), bytes](auto word, std::size_t last) {
-            using Word = decltype(word);
-            word = ReadWord<Word>(bytes);
-            const auto lastWord = ReadWord<Word>(bytes + last);
-            std::memcpy(target, &word, sizeof word);
-            std::memcpy(target + last, &lastWord, sizeof lastWord);
-            return true;
-        });
+    } else if (size > 16) {
+        std::memcpy(target, bytes, size);
+    } else if (size >= 8) {
+        CopyEnds<std::uint64_t>(target, bytes, size);
+    } else if (size >= 4) {
+        CopyEnds<std::uint32_t>(target, bytes, size);
+    } else if (size >= 2) {
+        CopyEnds<std::uint16_t>(target, bytes, size);
+    } else if (size == 1) {
+        *target = *bytes;
     }
 }
 
@@ -187,20 +171,21 @@ double FloatOf(const char* text, const char* end)
     return negative ? -value : value;
 }
 
-// Message after message the entry is of the same capture, and only its value is new. Gives false,
-// and leaves the entry, if it is of another.
-bool Overwrite(Parameter& ioEntry, const Parameter& parameter)
+void CopyValue(Parameter& outParameter, const Parameter& parameter)
 {
-    if (ioEntry.mType != parameter.mType || !IsSameText(ioEntry.mName, parameter.mName)) {
-        return false;
-    }
-    ioEntry.mIntValue = parameter.mIntValue;
-    ioEntry.mFloatValue = parameter.mFloatValue;
+    outParameter.mIntValue = parameter.mIntValue;
+    outParameter.mFloatValue = parameter.mFloatValue;
     if (parameter.mType == kTypeString) {
-        AssignBytes(ioEntry.mStringValue, parameter.mStringValue.data(),
+        AssignBytes(outParameter.mStringValue, parameter.mStringValue.data(),
                     parameter.mStringValue.size());
     }
-    return true;
+}
+
+// Never the same number twice, on any thread.
+std::uint64_t NextCompilation()
+{
+    static std::atomic<std::uint64_t> sLast = 0;
+    return ++sLast;
 }
 
 // The eight bytes from current on, with zeros behind end. Reads within begin and end.
@@ -459,6 +444,7 @@ void Pattern::SetPatternString(const std::string& parseString)
         skipsSpace = isSpace;
         element->CollectParameters(compiled.mCaptures);
     }
+    compiled.mCompilation = NextCompilation();
     *this = std::move(compiled);
 }
 
@@ -496,18 +482,23 @@ const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
 
 void Pattern::CollectParameters(std::vector<Parameter>& outParameters) const
 {
-    if (outParameters.size() != mCaptures.size()) return CollectAnew(outParameters);
-    auto entry = outParameters.begin();
-    for (const Parameter* const capture : mCaptures) {
-        if (!Overwrite(*entry++, *capture)) return CollectAnew(outParameters);
-    }
-}
-
-void Pattern::CollectAnew(std::vector<Parameter>& outParameters) const
-{
     outParameters.resize(mCaptures.size());
     auto entry = outParameters.begin();
     for (const Parameter* const capture : mCaptures) *entry++ = *capture;
+}
+
+void Pattern::CollectParameters(CapturedParameters& ioParameters) const
+{
+    std::vector<Parameter>& entries = ioParameters.mEntries;
+    if (ioParameters.mCompilation != mCompilation || entries.size() != mCaptures.size()) {
+        // None, until the entries are whole: memory may run out on the way.
+        ioParameters.mCompilation = 0;
+        CollectParameters(entries);
+        ioParameters.mCompilation = mCompilation;
+        return;
+    }
+    auto entry = entries.begin();
+    for (const Parameter* const capture : mCaptures) CopyValue(*entry++, *capture);
 }
 
 void Pattern::Clear()

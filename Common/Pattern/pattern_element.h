@@ -166,6 +166,25 @@ using ElementList = std::vector<std::unique_ptr<Element>>;
 // The elements of a parsing string in the order of matching. Throws PatternSyntaxException.
 ElementList CompileElements(const std::string& parseString);
 
+// The captured values of one match after another, for a caller who keeps it from message to
+// message. Only Pattern writes to it: so it knows whether names and types are those of its captures
+// already, and then writes nothing but values, in a third of the time.
+class CapturedParameters {
+  public:
+    CapturedParameters() = default;
+    CapturedParameters(const CapturedParameters&) = delete;
+    CapturedParameters& operator=(const CapturedParameters&) = delete;
+
+    // One entry for each capture, in the order of the parsing string.
+    const std::vector<Parameter>& Entries() const { return mEntries; }
+
+  private:
+    friend class Pattern;
+
+    std::vector<Parameter> mEntries;
+    std::uint64_t mCompilation = 0;  // the one that mEntries are named and typed after
+};
+
 // A compiled parsing string: it owns its elements and keeps no copy of the string. Either empty or
 // compiled; empty, it matches nothing. Match writes the captured values, so that one Pattern
 // serves one caller at a time.
@@ -185,6 +204,8 @@ class Pattern {
     // place of what it holds. To be called after a match, for the values, or after a compile, for
     // names and types. Throws nothing but std::bad_alloc.
     void CollectParameters(std::vector<Parameter>& outParameters) const;
+    // The same for each of many messages. What ioParameters holds may be of another pattern.
+    void CollectParameters(CapturedParameters& ioParameters) const;
 
     void Clear();
 
@@ -198,11 +219,11 @@ class Pattern {
     };
 
     void AppendSteps(Element& element, bool skipsSpace);
-    void CollectAnew(std::vector<Parameter>& outParameters) const;
 
     ElementList mElements;
-    std::vector<Step> mSteps;  // refer to mElements
-    ParameterList mCaptures;   // what CollectParameters copies, all of it in mElements
+    std::vector<Step> mSteps;        // refer to mElements
+    ParameterList mCaptures;         // what CollectParameters copies, all of it in mElements
+    std::uint64_t mCompilation = 0;  // another number for each string compiled; 0: none is
 };
 
 }  // namespace NPattern
