@@ -48,7 +48,8 @@ TEST(Match, GoesForwardOnly)
 TEST(Match, Strings)
 {
     ExpectMatches({
-        {"n:s=\"abc\"", "ABCdef", "n=\"ABC\" | def"},
+        {"n:s=\"aBc\"", "AbCdef", "n=\"AbC\" | def"},
+        {"\"aBc\"", "AbCdef", " | def"},
         {"'abc'", "ABC", "no match"},
         {"\"@[`{\"", "@[`{", " | "},
         {"\"@\"", "`", "no match"},  // 32 apart, and no letters
@@ -59,6 +60,9 @@ TEST(Match, Strings)
         {"'a?'", "a\0"s, "no match"},
         {"'abcdefghijklmnop'", "abcdefghijklmnoX", "no match"},
         {"# 'abcdefghijklmnop'", "1 abcdefgh ijklmnop", "no match"},
+        {"'abcdefghabcdefgh'", "abcdefgh", "no match"},
+        {"6 bytes 'abcdefgh'", "cdefghab", "no match"},
+        {"'abcdefg' 'abcdefg '", "abcdefg ", "no match"},
         {"n:f=\"?????\"", "-1e2x", "n=-100 | "},
     });
     Pattern pattern;
@@ -66,6 +70,8 @@ TEST(Match, Strings)
     EXPECT_EQ(MatchResult(pattern, "a\0XYZ"s), "n=\"a\0XY\" | Z"s);  // unseen behind the NUL
     EXPECT_EQ(MatchResult(pattern, "aXXX"), "no match");
     EXPECT_EQ(MatchResult(pattern, "a\0X"s), "no match");
+    pattern.SetPatternString("'a\0bc'"s);
+    EXPECT_EQ(MatchResult(pattern, "a\0XYZ"s), " | Z");
 }
 
 TEST(Match, LineEnds)
@@ -75,6 +81,7 @@ TEST(Match, LineEnds)
         {"l:s=eol", "abc\r\ndef", "l=\"abc\r\n\" | def"},
         {"l:s=eol", "\r\n\r\nabc", "l=\"\r\n\r\n\" | abc"},
         {"l:s=eol", "abc", "l=\"abc\" | "},
+        {"l:s=eol", std::string(256, 'x') + "\ny", "l=\"" + std::string(256, 'x') + "\n\" | y"},
         {"l:s=eol", "a\0b\nc"s, "l=\"a\" | c"},
         {"l:s=eol", "\0b\nc"s, "l=\"\" | c"},
         {"l:s=eol", longLine + "\r" + longLine, "l=\"" + longLine + "\r\" | " + longLine},
@@ -107,6 +114,7 @@ TEST(Match, Numbers)
         {"n:i=#", "2147483648", "n=2147483647 | "},
         {"n:i=#", "18446744073709551617", "n=2147483647 | "},
         {"n:f=x", "10000000000000001", "n=2147483647 | "},
+        {"n:i=x", "10000000000000001", "n=2147483647 | "},
         {"n:i=#", "-2147483648", "n=-2147483648 | "},
         {"n:i=#", "000000000000000000000000012", "n=12 | "},
         {"n:i=x", "FFFFFFFF", "n=2147483647 | "},
@@ -132,6 +140,8 @@ TEST(Match, Sets)
         {"n:i=2 bytes", "\x34\x12", "n=4660 | "},
         {"n:b=2 bytes", "\x12\x34", "n=4660 | "},
         {"n:f=2 bytes", "\x34\x12", "n=4660 | "},
+        {"n:f=6 bytes", "\0\0\0\0\1\0"s, "n=4294967296 | "},
+        {"[[a]]", "A", "no match"},
         {"n:i=4 bytes", "\xFF\xFF\xFF\xFF", "n=-1 | "},
         {"n:i=6 bytes", "\1\0\0\0\2\3"s, "n=1 | "},
         {"n:b=6 bytes", "\2\3\0\0\0\1"s, "n=1 | "},
@@ -146,6 +156,7 @@ TEST(Match, Sets)
 
 TEST(Match, BitFields)
 {
+    const std::string ten = "\x10\x32\x54\x76\x98\xBA\xDC\xFE\x0F\xA5";
     ExpectMatches({
         {"(a=0-7, b=8-15, c=4-11, d=4-19, e=1-2):L", "\x12\x34\x56",
          "a=18 b=52 c=65 d=25409 e=1 | "},
@@ -155,6 +166,9 @@ TEST(Match, BitFields)
         {"(a=12-15)", "\x70\x00!"s, "a=7 | !"},
         {"(3-3, 0-0)", "\x08", "=1 =0 | "},
         {"(2147483647-2147483647)", "abc", "no match"},
+        {"(a=64-71, b=0-7):L", ten, "a=15 b=16 | \xA5"},
+        {"(a=4-35, b=60-71, c=72-79)", ten, "a=-1378885382 b=805 c=16 | "},
+        {"(a=4-35, b=60-71, c=72-79):L", ten, "a=-2023406815 b=255 c=165 | "},
     });
 }
 

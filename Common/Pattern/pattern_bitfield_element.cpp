@@ -102,31 +102,35 @@ void BitfieldElement::Dump(std::FILE* stream) const
     }
 }
 
-// Most blocks fit into one number, which all fields are then cut from. In a larger one the 32 bits
-// of a field, wherever they start, lie in at most five bytes, and so in one number too.
 const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length < static_cast<std::uint32_t>(mByteCount)) return nullptr;
-    const bool fits = mByteCount <= kMostNumberBytes;
-    const std::uint64_t block = fits ? ReadNumber(data, mByteCount, mBigEndian) : 0;
+    const bool isOneNumber = mByteCount <= kMostNumberBytes;
+    const std::uint64_t block = isOneNumber ? ReadNumber(data, mByteCount, mBigEndian) : 0;
     for (BitfieldField& field : mFields) {
+        // All fields of most blocks are cut from one number, which is then read once.
         const std::uint64_t bits =
-            fits ? block : ReadNumber(data + field.mFirstByte, field.mByteSpan, mBigEndian);
+            isOneNumber ? block : ReadNumber(data + field.mFirstByte, field.mByteSpan, mBigEndian);
         field.SetIntegerValue(static_cast<std::uint32_t>(bits >> field.mShift & field.mMask));
     }
     return data + mByteCount;
 }
 
+// The 32 bits of a field of a larger block, wherever they start, lie in at most five bytes.
 void BitfieldElement::PlaceFields()
 {
-    const bool fits = mByteCount <= kMostNumberBytes;
     for (BitfieldField& field : mFields) {
-        const std::int32_t lowByte = field.mStartBit / 8;
-        const std::int32_t highByte = field.mEndBit / 8;
-        field.mFirstByte = mBigEndian ? mByteCount - 1 - highByte : lowByte;
-        field.mByteSpan = highByte - lowByte + 1;
-        field.mShift = fits ? field.mStartBit : field.mStartBit % 8;
         field.mMask = (std::uint64_t{1} << (field.mEndBit - field.mStartBit + 1)) - 1;
+        if (mByteCount <= kMostNumberBytes) {
+            field.mByteSpan = mByteCount;
+            field.mShift = field.mStartBit;
+        } else {
+            const std::int32_t lowByte = field.mStartBit / 8;
+            const std::int32_t highByte = field.mEndBit / 8;
+            field.mFirstByte = mBigEndian ? mByteCount - 1 - highByte : lowByte;
+            field.mByteSpan = highByte - lowByte + 1;
+            field.mShift = field.mStartBit % 8;
+        }
     }
 }
 

@@ -9,10 +9,11 @@ struct BitfieldField : Parameter {
     std::int32_t mStartBit = 0;  // the lower bit of the range, included
     std::int32_t mEndBit = 0;    // the higher bit, included; at most mStartBit + 31
 
-    // How the value is read, worked out when the whole block is known: the bytes that hold it, the
-    // place of its lowest bit in the number that these make, and the bits that count.
+    // How the value is read, worked out when the whole block is known: bytes that hold it, the
+    // whole block if that has at most 8, the place of its lowest bit in the number that these make,
+    // and the bits that count.
     std::int32_t mFirstByte = 0;
-    std::int32_t mByteSpan = 0;  // 1 to 5
+    std::int32_t mByteSpan = 0;
     std::int32_t mShift = 0;
     std::uint64_t mMask = 0;
 };

@@ -1,7 +1,6 @@
 #include "pattern_element.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 #include <charconv>
 #include <cstring>
@@ -160,6 +159,9 @@ double FloatOf(const char* text, const char* end)
         (HasDigitAt(text + 2, end, 16) || (text[2] == '.' && HasDigitAt(text + 3, end, 16)))) {
         radix = 16;
         text += 2;
+        // An exponent has one sign. No number goes on behind two, but from_chars would.
+        constexpr std::string_view kTwoSigns = "+-";
+        end = std::search(text, end, kTwoSigns.begin(), kTwoSigns.end());
     }
     double value = 0.0;
     const auto [rest, error] = std::from_chars(
@@ -179,13 +181,6 @@ void CopyValue(Parameter& outParameter, const Parameter& parameter)
         AssignBytes(outParameter.mStringValue, parameter.mStringValue.data(),
                     parameter.mStringValue.size());
     }
-}
-
-// Never the same number twice, on any thread.
-std::uint64_t NextCompilation()
-{
-    static std::atomic<std::uint64_t> sLast = 0;
-    return ++sLast;
 }
 
 // The eight bytes from current on, with zeros behind end. Reads within begin and end.
@@ -436,15 +431,16 @@ void Pattern::SetPatternString(const std::string& parseString)
 {
     Clear();
     Pattern compiled;
+    ParameterList captures;
     compiled.mElements = CompileElements(parseString);
     bool skipsSpace = false;
     for (const auto& element : compiled.mElements) {
         const bool isSpace = dynamic_cast<WhitespaceElement*>(element.get()) != nullptr;
         if (!isSpace) compiled.AppendSteps(*element, skipsSpace);
         skipsSpace = isSpace;
-        element->CollectParameters(compiled.mCaptures);
+        element->CollectParameters(captures);
     }
-    compiled.mCompilation = NextCompilation();
+    compiled.mCaptures = std::make_shared<const ParameterList>(std::move(captures));
     *this = std::move(compiled);
 }
 
@@ -482,28 +478,28 @@ const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
 
 void Pattern::CollectParameters(std::vector<Parameter>& outParameters) const
 {
-    outParameters.resize(mCaptures.size());
+    outParameters.resize(mCaptures != nullptr ? mCaptures->size() : 0);
+    if (mCaptures == nullptr) return;
     auto entry = outParameters.begin();
-    for (const Parameter* const capture : mCaptures) *entry++ = *capture;
+    for (const Parameter* const capture : *mCaptures) *entry++ = *capture;
 }
 
 void Pattern::CollectParameters(CapturedParameters& ioParameters) const
 {
-    std::vector<Parameter>& entries = ioParameters.mEntries;
-    if (ioParameters.mCompilation != mCompilation || entries.size() != mCaptures.size()) {
-        // None, until the entries are whole: memory may run out on the way.
-        ioParameters.mCompilation = 0;
+    if (ioParameters.mCaptures != mCaptures) {
+        std::vector<Parameter> entries;
         CollectParameters(entries);
-        ioParameters.mCompilation = mCompilation;
-        return;
+        ioParameters.mEntries = std::move(entries);
+        ioParameters.mCaptures = mCaptures;
+    } else if (mCaptures != nullptr) {
+        auto entry = ioParameters.mEntries.begin();
+        for (const Parameter* const capture : *mCaptures) CopyValue(*entry++, *capture);
     }
-    auto entry = entries.begin();
-    for (const Parameter* const capture : mCaptures) CopyValue(*entry++, *capture);
 }
 
 void Pattern::Clear()
 {
-    mCaptures.clear();
+    mCaptures.reset();
     mSteps.clear();
     mElements.clear();
 }

@@ -90,7 +90,8 @@ struct TextPiece {
     static constexpr std::size_t kMostBytes = sizeof(std::uint64_t);
 
     TextPiece() = default;
-    // text: 1 to kMostBytes bytes.
+    // text: 1 to kMostBytes bytes. A NUL must be alone in it: behind other bytes it would be found
+    // in the zeros behind a message.
     TextPiece(std::string_view text, bool caseSensitive);
 
     // word: eight bytes of a message, with zeros behind its end.
@@ -168,7 +169,7 @@ ElementList CompileElements(const std::string& parseString);
 
 // The captured values of one match after another, for a caller who keeps it from message to
 // message. Only Pattern writes to it: so it knows whether names and types are those of its captures
-// already, and then writes nothing but values, in a third of the time.
+// already, and then writes nothing but values, in a third of the time. May outlive the pattern.
 class CapturedParameters {
   public:
     CapturedParameters() = default;
@@ -182,7 +183,9 @@ class CapturedParameters {
     friend class Pattern;
 
     std::vector<Parameter> mEntries;
-    std::uint64_t mCompilation = 0;  // the one that mEntries are named and typed after
+    // The captures that mEntries are named and typed after, compared by address only. Held, so that
+    // no other list can come to lie there.
+    std::shared_ptr<const ParameterList> mCaptures;
 };
 
 // A compiled parsing string: it owns its elements and keeps no copy of the string. Either empty or
@@ -204,7 +207,8 @@ class Pattern {
     // place of what it holds. To be called after a match, for the values, or after a compile, for
     // names and types. Throws nothing but std::bad_alloc.
     void CollectParameters(std::vector<Parameter>& outParameters) const;
-    // The same for each of many messages. What ioParameters holds may be of another pattern.
+    // The same for each of many messages. What ioParameters holds may be of another pattern; it
+    // stays if memory runs out for what takes its place.
     void CollectParameters(CapturedParameters& ioParameters) const;
 
     void Clear();
@@ -221,9 +225,10 @@ class Pattern {
     void AppendSteps(Element& element, bool skipsSpace);
 
     ElementList mElements;
-    std::vector<Step> mSteps;        // refer to mElements
-    ParameterList mCaptures;         // what CollectParameters copies, all of it in mElements
-    std::uint64_t mCompilation = 0;  // another number for each string compiled; 0: none is
+    std::vector<Step> mSteps;  // refer to mElements
+    // What CollectParameters copies, all of it in mElements. Null: nothing is compiled. Shared with
+    // the CapturedParameters that follow it.
+    std::shared_ptr<const ParameterList> mCaptures;
 };
 
 }  // namespace NPattern

@@ -28,9 +28,8 @@ class FormattedMessage {
     {
         const int length = std::vsnprintf(mBuffer, sizeof mBuffer,
                                           format != nullptr ? format : "Unknown error", arguments);
-        // Negative for a text that leaves an int: what is in the buffer is cut all the same.
-        mLength =
-            length < 0 ? kMessageLimit : std::min(static_cast<std::size_t>(length), kMessageLimit);
+        // Negative for a text that is longer than an int tells.
+        mLength = std::min(static_cast<std::size_t>(std::max(length, 0)), kMessageLimit);
     }
     std::string_view Text() const { return {mBuffer, mLength}; }
 

@@ -43,9 +43,8 @@ const Byte* StringElement::Match(const Byte* data, std::uint32_t length)
         const Byte found = data[i];
         const auto wanted = static_cast<Byte>(mMatchText[i]);
         if (found == 0 && wanted == 0) break;
-        if (found == 0 || wanted == 0) return nullptr;
         const bool equal = mCaseSensitive ? found == wanted : ToLower(found) == ToLower(wanted);
-        if (!equal && wanted != kWildcardByte) return nullptr;
+        if (!equal && (found == 0 || wanted != kWildcardByte)) return nullptr;
     }
     return CaptureText(data, data + mMatchText.size(), false);
 }
