@@ -84,11 +84,10 @@ std::size_t RemoveSurplus(const HostContext* context, const ActorInfo* info,
                           const RecordWatch& watch, std::size_t wanted)
 {
     // The count that a host gives is believed as far as outputs can have numbers at all.
-    std::int32_t propCount = 0;
+    const std::int64_t count =
+        std::int64_t{CountOutputs(context, info)} - kFixedOutputPropertyCount;
     std::size_t existing =
-        CountOutputs(context, info, propCount)
-            ? ReachableOutputs(static_cast<std::size_t>(propCount - kFixedOutputPropertyCount))
-            : 0;
+        ReachableOutputs(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)));
     for (; existing > wanted && watch.OutputsStand(); --existing) {
         const HostError err = context->mCallbacks->RemoveProperty(info->mHostActor, kPropertyOutput,
                                                                   OutputNumber(existing - 1));
@@ -169,12 +168,14 @@ void ReleaseOutputValue(const HostContext* context, HostValue& ioValue)
     if (ioValue.mTag == kValueString) context->mCallbacks->ReleaseStringValue(&ioValue);
 }
 
-bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_t& ioCount)
+std::int32_t CountOutputs(const HostContext* context, const ActorInfo* info)
 {
+    std::int32_t propCount = 0;
     const HostError err =
-        context->mCallbacks->GetPropertyCount(info->mHostActor, kPropertyOutput, &ioCount);
-    return Check(context, err == kQuendalNoError && ioCount >= kFixedOutputPropertyCount,
-                 "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount", __LINE__);
+        context->mCallbacks->GetPropertyCount(info->mHostActor, kPropertyOutput, &propCount);
+    Check(context, err == kQuendalNoError && propCount >= kFixedOutputPropertyCount,
+          "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount", __LINE__);
+    return propCount;
 }
 
 bool RebuildOutputs(const HostContext* context, const ActorInfo* info)

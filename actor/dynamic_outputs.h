@@ -36,9 +36,10 @@ void FillOutputValue(const HostContext* context, const NPattern::Parameter& para
 // Gives a string payload back to the host; of any other value nothing is kept.
 void ReleaseOutputValue(const HostContext* context, HostValue& ioValue);
 
-// Asks the host for the number of outputs. False, after a report, for an error or a count without
-// the fixed output; ioCount is then what the host left there, if only what it was.
-bool CountOutputs(const HostContext* context, const ActorInfo* info, std::int32_t& ioCount);
+// Asks the host for the number of outputs. An error, or a count without the fixed output, is
+// reported; what the host said is given all the same, which may be any number, and 0 if it said
+// nothing.
+std::int32_t CountOutputs(const HostContext* context, const ActorInfo* info);
 
 // Brings the outputs in line with the captures of the instance's pattern, in this order: surplus
 // ones go, from the last one down, those that stay are redefined in place, missing ones are added.

@@ -40,8 +40,7 @@ void PublishParameters(const HostContext* context, const ActorInfo* info,
                        const std::vector<Parameter>& params)
 {
     const RecordWatch watch(info);
-    std::int32_t propCount = 0;
-    CountOutputs(context, info, propCount);
+    const std::int32_t propCount = CountOutputs(context, info);
     Check(context,
           std::int64_t{propCount} - kFixedOutputPropertyCount ==
               static_cast<std::int64_t>(params.size()),

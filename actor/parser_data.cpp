@@ -66,6 +66,7 @@ void DisposeCallback(HostContext* context, ActorInfo* ioActorInfo) noexcept
     }
     // From here on nothing finds the record, and what was stored from inside the release goes too.
     ioActorInfo->mActorDataPtr = nullptr;
+    RecordWatch::EndAll(*data);
     StoreParseString(context, *data, nullptr, 0);
     std::destroy_at(data);
     context->mCallbacks->ReleaseBlock(data);

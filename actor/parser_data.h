@@ -2,14 +2,18 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "Common/Pattern/pattern_element.h"
 #include "actor_info.h"
 #include "host_interface.h"
 
 namespace NActor {
+
+class RecordWatch;
 
 // Lives in a block of the host's from CreateCallback to DisposeCallback, reached through
 // ActorInfo::mActorDataPtr. Used on the thread of the host's call alone.
@@ -19,11 +23,14 @@ struct ParserData {
     // The parsing string and one NUL, in a block of the host's that the record owns; null while
     // the instance has no state.
     unsigned char* mParseString = nullptr;
-    std::uint8_t mEomChar = 0;    // ends a message; 0: the end of the text does
-    NPattern::Pattern mPattern;   // compiled from mParseString; empty where that is no good
-    std::uint32_t mRebuilds = 0;  // how often the outputs were to be rebuilt
-    bool mRebuilding = false;     // while they are
+    std::uint8_t mEomChar = 0;        // ends a message; 0: the end of the text does
+    NPattern::Pattern mPattern;       // compiled from mParseString; empty where that is no good
+    std::uint32_t mRebuilds = 0;      // how often the outputs were to be rebuilt
+    bool mRebuilding = false;         // while they are
+    RecordWatch* mWatches = nullptr;  // the innermost of those that last, which knows the next
 };
+static_assert(alignof(ParserData) <= alignof(std::max_align_t),
+              "as a block of the host's is aligned");
 
 // Remembers the record and the outputs of an instance as some work finds them. Each operation of
 // the host may come back into the actor, set another state or dispose of the instance: work that
@@ -31,21 +38,34 @@ struct ParserData {
 class RecordWatch {
   public:
     explicit RecordWatch(const ActorInfo* info)
-        : mInfo(info),
-          mRecord(info->mActorDataPtr),
-          mRebuilds(mRecord != nullptr ? mRecord->mRebuilds : 0)
+        : mRecord(info->mActorDataPtr),
+          mRebuilds(mRecord != nullptr ? mRecord->mRebuilds : 0),
+          mOuter(mRecord != nullptr ? std::exchange(mRecord->mWatches, this) : nullptr)
     {
     }
+    RecordWatch(const RecordWatch&) = delete;
+    RecordWatch& operator=(const RecordWatch&) = delete;
+    ~RecordWatch()
+    {
+        if (mRecord != nullptr) mRecord->mWatches = mOuter;
+    }
 
-    // Null if the record is no longer the instance's, or there was none.
-    ParserData* Record() const { return mInfo->mActorDataPtr == mRecord ? mRecord : nullptr; }
+    // To be called when a record ends: no watch finds it any more. To compare addresses would not
+    // do, since a new record may lie where the old one lay.
+    static void EndAll(const ParserData& data)
+    {
+        for (RecordWatch* w = data.mWatches; w != nullptr; w = w->mOuter) w->mRecord = nullptr;
+    }
+
+    // Null if the record has ended, or there was none.
+    ParserData* Record() const { return mRecord; }
     // Whether the record is there and nothing wanted its outputs rebuilt.
     bool OutputsStand() const { return Record() != nullptr && mRecord->mRebuilds == mRebuilds; }
 
   private:
-    const ActorInfo* mInfo;
     ParserData* mRecord;
     std::uint32_t mRebuilds;
+    RecordWatch* mOuter;
 };
 
 // A block of the host's with a parsing string, given back unless a record takes it.

@@ -316,10 +316,10 @@ struct HostOperations {
         Instance* const instance = LivingInstanceOf(actor, "GetPropertyCount");
         const Scope scope(kGetPropertyCount);
         Demand(kind == kPropertyOutput, "GetPropertyCount: not of the outputs");
-        if (scope.Fails() || instance == nullptr) return kFailed;
+        if (instance == nullptr) return kFailed;
         *outCount = sHost->mClaimedOutputCount.value_or(
             static_cast<std::int32_t>(instance->mOutputs.size()));
-        return NActor::kQuendalNoError;
+        return scope.Fails() ? kFailed : NActor::kQuendalNoError;
     }
 
     static void* AllocateBlock(std::uint32_t size, std::uint8_t flags)
@@ -327,7 +327,7 @@ struct HostOperations {
         const Scope scope(kAllocateBlock, size);
         Demand(flags == 1, "AllocateBlock: the flags aren't 1");
         if (scope.Fails()) return nullptr;
-        void* const block = std::calloc(1, size);
+        void* const block = sHost->TakeBlock(size);
         if (block != nullptr) sHost->mBlocks.emplace(block, size);
         return block;
     }
@@ -336,11 +336,14 @@ struct HostOperations {
     {
         const auto found = sHost->mBlocks.find(block);
         const Scope scope(kReleaseBlock, found != sHost->mBlocks.end() ? found->second : 0);
-        if (sHost->mBlocks.erase(block) == 0) {
+        const auto stillThere = sHost->mBlocks.find(block);
+        if (stillThere == sHost->mBlocks.end()) {
             Blame("ReleaseBlock: not a block");
             return;
         }
-        std::free(block);
+        StandInHost::SpareBlock spare(block);
+        if (sHost->mReusesBlocks) sHost->mSpareBlocks.emplace(stillThere->second, std::move(spare));
+        sHost->mBlocks.erase(stillThere);
     }
 
     static std::uint8_t RunTextDialog(HostActor* actor, HostTextHandle* text, const char* title,
@@ -648,6 +651,14 @@ void Instance::Dispose()
     mInfo.DisposeCallback(context.Get(), &mInfo);
 }
 
+void Instance::Recreate()
+{
+    Dispose();
+    mOutputs.erase(mOutputs.begin() + 1, mOutputs.end());
+    const CallContext context;
+    mInfo.CreateCallback(context.Get(), &mInfo);
+}
+
 StandInHost::StandInHost(GetActorInfoFunction getActorInfo)
 {
     if (sHost != nullptr) std::abort();  // the operations couldn't tell two hosts apart
@@ -693,6 +704,15 @@ std::vector<std::string> StandInHost::Close()
     demandNone(mTextHandles.size(), " text handles not given back");
     demandNone(mStringValues.size(), " string values not given back");
     return mViolations;
+}
+
+void* StandInHost::TakeBlock(std::uint32_t size)
+{
+    const auto spare = mSpareBlocks.find(size);
+    if (spare == mSpareBlocks.end()) return std::calloc(1, size);
+    void* const block = spare->second.release();
+    mSpareBlocks.erase(spare);
+    return std::memset(block, 0, size);
 }
 
 bool StandInHost::IsInsideOperation()

@@ -5,6 +5,7 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <memory>
@@ -137,6 +138,9 @@ class Instance {
 
     // Calls DisposeCallback each time; the actor's record is gone behind the first.
     void Dispose();
+    // Disposes of the instance and begins it anew, with the same record of the host's and no
+    // outputs but the fixed one.
+    void Recreate();
 
     NActor::ActorInfo& Info() { return mInfo; }
     const std::vector<Property>& Inputs() const { return mInputs; }
@@ -179,12 +183,16 @@ class StandInHost {
 
     // Asked at the start of each operation whether it is to fail; may call back into the actor.
     // An operation that gives an error gives one, one that gives a pointer null, one that gives
-    // nothing does nothing; but a report is always taken, and what is given back is always taken.
+    // nothing does nothing; but a count is always told, a report always taken, and what is given
+    // back is always taken.
     std::function<bool(Operation)> mHook;
     // Told of each output that was set, once it has its value.
     std::function<void(Instance&, std::uint16_t output)> mOutputListener;
     // The user at the dialog: gives whether the text is accepted. Without one it is cancelled.
     std::function<bool(Dialog&)> mDialogScript;
+    // Whether a block that was given back is handed out again, as soon as one of its size is
+    // wanted. Otherwise each is a new one, so that the use of an old one shows.
+    bool mReusesBlocks = false;
     // A count that GetPropertyCount gives in place of the true one; below 0 counts too.
     std::optional<std::int32_t> mClaimedOutputCount;
 
@@ -222,7 +230,16 @@ class StandInHost {
     std::vector<Property> mOutputs;
     std::vector<std::unique_ptr<Instance>> mInstances;
 
-    std::map<void*, std::uint32_t> mBlocks;  // sizes
+    struct BlockDeleter {
+        void operator()(void* block) const { std::free(block); }
+    };
+    using SpareBlock = std::unique_ptr<void, BlockDeleter>;
+
+    // All 0, of just this size. Null if there is no memory.
+    void* TakeBlock(std::uint32_t size);
+
+    std::map<void*, std::uint32_t> mBlocks;                 // sizes
+    std::multimap<std::uint32_t, SpareBlock> mSpareBlocks;  // by size, to be used again
     std::map<NActor::HostTextHandle*, TextHandle> mTextHandles;
     std::map<std::uint64_t, std::string> mStringValues;  // by payload
     NActor::IconRecord* mIcon = nullptr;

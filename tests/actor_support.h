@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,14 @@ inline Texts OutputsOf(const NStandIn::Instance& instance)
         texts.push_back(output.mId + " " + output.mName + " " + shown);
     }
     return texts;
+}
+
+// How many lines of a log are of this operation.
+inline std::ptrdiff_t CallsOf(const std::string& operation, const Texts& log)
+{
+    return std::count_if(log.begin(), log.end(), [&operation](const std::string& line) {
+        return line.substr(0, operation.size()) == operation;
+    });
 }
 
 // A host with one instance. At the end of every test the host's accounts must balance, and nothing

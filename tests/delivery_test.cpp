@@ -34,6 +34,40 @@ TEST_F(DynamicOutputs, FollowTheCaptures)
     EXPECT_EQ(mInstance.Outputs().size(), 1U);
 }
 
+TEST_F(DynamicOutputs, GoOnBehindEachFailure)
+{
+    const std::string none = "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount";
+    struct Row {
+        NStandIn::Operation mFailed;
+        const char* mState;  // in place of one with three captures
+        const char* mCalled;
+        std::ptrdiff_t mCalls;
+        Texts mReports;
+    };
+    const std::string err = "err == noErr";
+    for (const Row& row : {
+             Row{NStandIn::kRemoveProperty, "", "RemoveProperty", 3, {err, err, err}},
+             Row{NStandIn::kChangeProperty,
+                 "d:i=# e:i=# f:i=#",
+                 "ChangeProperty",
+                 3,
+                 {err, err, err}},
+             Row{NStandIn::kAddProperty,
+                 "a:i=# b:i=# c:i=# d:i=# e:i=#",
+                 "AddProperty",
+                 2,
+                 {err, err}},
+             Row{NStandIn::kGetPropertyCount, "d:i=# e:i=#", "ChangeProperty", 2, {none}},
+         }) {
+        mHost.mHook = nullptr;
+        mInstance.SetState("a:i=# b:i=# c:i=#");
+        Fail(row.mFailed);
+        const Texts log = LogOf([&] { mInstance.SetState(row.mState); });
+        EXPECT_EQ(CallsOf(row.mCalled, log), row.mCalls);
+        EXPECT_EQ(Reports(), row.mReports);
+    }
+}
+
 TEST_F(DynamicOutputs, HaveFlagsAndLimitsByType)
 {
     struct Row {
@@ -158,10 +192,14 @@ TEST_F(Delivery, GoesOnBehindFailedChecks)
     mHost.mClaimedOutputCount = std::numeric_limits<std::int32_t>::min();
     mInstance.Deliver("5\n");
     EXPECT_EQ(Reports(), (Texts{none, unlike}));
-    Fail(NStandIn::kGetPropertyCount);
+    mHost.mClaimedOutputCount = 0;
     mInstance.Deliver("6\n");
     EXPECT_EQ(Reports(), (Texts{none, unlike}));
-    EXPECT_EQ(Outputs(), Texts{"ot01 n 6"});
+    mHost.mClaimedOutputCount.reset();
+    Fail(NStandIn::kGetPropertyCount);
+    mInstance.Deliver("7\n");
+    EXPECT_EQ(Reports(), Texts{none});
+    EXPECT_EQ(Outputs(), Texts{"ot01 n 7"});
 }
 
 }  // namespace

@@ -104,6 +104,71 @@ TEST(Reentry, NothingBreaksAtAnyCall)
     }
 }
 
+// What the host does from inside the first call of an operation, where that ends the work outside.
+TEST(Reentry, EndsWhatItOvertakes)
+{
+    using NStandIn::kAddProperty;
+    using NStandIn::kNewTextHandle;
+    using NStandIn::kRemoveProperty;
+    using NStandIn::kSetOutputValue;
+    const auto deliver = [](Instance& i) { i.Deliver("1 2 3"); };
+    const auto setSame = [](Instance& i) { i.SetState("a:i=# b:i=# c:i=#"); };
+    const auto beginAnew = [](Instance& i) {
+        i.Recreate();
+        i.SetState("s:s=letters");
+    };
+    struct Row {
+        std::function<void(Instance&)> mOuter;
+        Operation mOperation;
+        std::function<void(Instance&)> mInner;
+        const char* mCounted;
+        std::ptrdiff_t mCalls;  // of the operation counted
+        Texts mReports;
+    };
+    const Row rows[] = {
+        // The value that is on its way goes out, and no more.
+        {deliver, kSetOutputValue, setSame, "SetOutputValue", 1, {}},
+        {deliver, kSetOutputValue, beginAnew, "SetOutputValue", 1, {}},
+        {[](Instance& i) { i.SetDefaultState(); },
+         kRemoveProperty,
+         setSame,
+         "RemoveProperty",
+         1,
+         {}},
+        {[](Instance& i) { i.SetState("a:i=# b:i=# c:i=# d:i=# e:i=#"); },
+         kAddProperty,
+         beginAnew,
+         "AddProperty",
+         2,
+         {}},
+        // The handle has the size of another text.
+        {[](Instance& i) { i.DoubleClick(); },
+         kNewTextHandle,
+         [](Instance& i) { i.SetState("a:i=# b:i=# c:i=# d:i=#"); },
+         "RunTextDialog",
+         0,
+         {"false"}},
+    };
+    for (const Row& row : rows) {
+        NStandIn::StandInHost host(GetActorInfo);
+        host.mReusesBlocks = true;
+        Instance& instance = host.CreateInstance();
+        setSame(instance);
+        bool inside = false;
+        host.mHook = [&](Operation operation) {
+            if (operation == row.mOperation && !std::exchange(inside, true)) row.mInner(instance);
+            return false;
+        };
+        host.StartLog();
+        row.mOuter(instance);
+        EXPECT_EQ(CallsOf(row.mCounted, host.Log()), row.mCalls) << &row - rows;
+        Texts reports;
+        for (const auto& assertion : host.Assertions()) reports.push_back(assertion.mText);
+        EXPECT_EQ(reports, row.mReports) << &row - rows;
+        host.Close();
+    }
+}
+
 class DeliveryInside : public ActorTest {};
 
 // Outputs wired back to the input: each message still gives its own values, and then its trigger.

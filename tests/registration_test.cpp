@@ -75,6 +75,7 @@ TEST_F(Registration, HelpFoldsDynamicOutputsAndIsCutToItsBuffer)
         EXPECT_EQ(LogOf([&] { help = mInstance.Help(row.mKind, row.mNumber, 400); }),
                   Texts{"PropertyHelpIndex "s + row.mAsked});
         EXPECT_EQ(std::strncmp(help.c_str(), row.mStart, std::strlen(row.mStart)), 0) << help;
+        EXPECT_EQ(help[0] == '\0', row.mStart[0] == '\0') << help;
         EXPECT_EQ(help.find_first_not_of('\0', std::strlen(help.c_str())), std::string::npos);
     }
     EXPECT_EQ(mInstance.Help(kOutput, 2, 5), "The \0"s);

@@ -110,6 +110,7 @@ TEST_F(DialogTest, ValidatesWithoutTouchingTheInstance)
         {"'abcdefghi' wrong", 100, {false, "Syntax error at 'wrong'", 12, 17}},
         {"!", 100, {false, "Unexpected character '!'", -1, 0}},
         {"'x' !", 8, {false, "Unexpec", 3, 4}},
+        {"\0"s, 100, {false, "Unexpected character '", -1, 0}},  // up to the NUL
         {"!", 0, {false, "", -1, 0}},
         {"!", -5, {false, "", -1, 0}},
     };
