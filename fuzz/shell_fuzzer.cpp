@@ -1,17 +1,31 @@
+// clang-format off: the verbs are a table
+//
 // The shell on the stand-in host: an input is a script, each line of it one thing that the host
 // does. The first byte of a line is its verb, the rest its text:
 //
-//   c  create an instance            0-3  go on with that one        x  dispose of it
-//   s  restore the text as state     z  restore the default state    g  save, into N bytes
-//   e  set the end-of-message byte   t  deliver the text             n  notify input N of no value
-//   d  dialog, accepted with the text                                v  dialog, the text checked
-//   h  ask for a help text of N bytes                                i  size and drawing of the
-//   icon fON  the Nth call from now of operation O fails; of any operation where O is '*' mN   the
-//   host claims an odd number of outputs when it is next asked rO.. the rest of the line is done
-//   from inside the next call of operation O; where O is '*',
+//   c    create an instance
+//   0-3  go on with that one
+//   x    dispose of it
+//   a    dispose of it and begin it anew
+//   u    hand released blocks out again from here on
+//   s    restore the text as state
+//   z    restore the default state
+//   g    save, into N bytes
+//   e    set the end-of-message byte
+//   t    deliver the text
+//   n    notify input N of no value
+//   d    dialog, accepted with the text
+//   v    dialog, the text checked
+//   h    ask for a help text of N bytes
+//   i    size and drawing of the icon
+//   fON  the Nth call from now of operation O fails; of any operation where O is '*'
+//   mN   the host claims an odd number of outputs when it is next asked
+//   rO.. the rest of the line is done from inside the next call of operation O; where O is '*',
 //        from inside the next output that is set
 //
 // An operation is the letter at its place in the table, from 'a' on.
+//
+// clang-format on
 
 #include <algorithm>
 #include <array>
@@ -120,6 +134,7 @@ void Session::Do(std::string_view line)
         case '1':
         case '2':
         case '3': mCurrent = NumberIn(line); break;
+        case 'u': mHost.mReusesBlocks = true; break;
         case 'f':
             mHonest = false;
             mCallsToFailure[OperationIn(text)] = static_cast<int>(NumberIn(Behind(text)));
@@ -167,6 +182,7 @@ void Session::DoFor(Instance& instance, char verb, std::string_view text)
             instance.DrawIcon(&instance, static_cast<std::uint16_t>(NumberIn(text)), 7, 1);
             break;
         case 'x': instance.Dispose(); break;
+        case 'a': instance.Recreate(); break;
         default: break;
     }
 }

@@ -653,8 +653,11 @@ void Instance::Dispose()
 
 void Instance::Recreate()
 {
+    if (mInfo.mActorDataPtr == nullptr) return;
     Dispose();
     mOutputs.erase(mOutputs.begin() + 1, mOutputs.end());
+    // It may have begun from inside that already.
+    if (mInfo.mActorDataPtr != nullptr) return;
     const CallContext context;
     mInfo.CreateCallback(context.Get(), &mInfo);
 }

@@ -138,8 +138,8 @@ class Instance {
 
     // Calls DisposeCallback each time; the actor's record is gone behind the first.
     void Dispose();
-    // Disposes of the instance and begins it anew, with the same record of the host's and no
-    // outputs but the fixed one.
+    // Disposes of the instance, if it lives, and begins it anew, with the same record of the host's
+    // and no outputs but the fixed one.
     void Recreate();
 
     NActor::ActorInfo& Info() { return mInfo; }
