@@ -11,8 +11,9 @@ namespace NActor {
 
 // ActorInfo slot. Runs the host's text dialog on a copy of the parsing string. If the user accepts,
 // the new text is stored whether it compiles or not, the outputs follow it, and the text that
-// stands on the input is parsed again. outChanged: takes 1 if the user accepted and 0 otherwise;
-// may be null. Always true.
+// stands on the input is parsed again (but not from inside a rebuild of the outputs, which they
+// follow only when that is done). outChanged: takes 1 if the user accepted and there was still an
+// instance to take the text, and 0 otherwise; may be null. Always true.
 std::uint8_t DoubleClickCallback(HostContext* context, ActorInfo* info, std::uint8_t* outChanged,
                                  HostWord unread) noexcept;
 

@@ -13,15 +13,11 @@ bool InstallParseString(const HostContext* context, const ActorInfo* info, Strin
                         std::uint32_t size)
 {
     const RecordWatch watch(info);
-    if (block == nullptr) {
-        watch.Record()->mPattern.Clear();
-        StoreParseString(context, *watch.Record(), nullptr, 0);
-        return false;
-    }
-    StoreParseString(context, *watch.Record(), std::move(block), size);
+    const bool kept = block != nullptr;
+    StoreParseString(context, *watch.Record(), std::move(block), kept ? size : 0);
     if (watch.Record() == nullptr) return false;
     CompileParseString(*watch.Record());
-    return RebuildOutputs(context, info);
+    return kept && RebuildOutputs(context, info);
 }
 
 void SetStateCallback(HostContext* context, ActorInfo* info, const void* bytes,

@@ -164,6 +164,7 @@ class InLocale : public testing::TestWithParam<const char*> {};
 
 TEST_P(InLocale, EveryResultIsTheSame)
 {
+    if (std::getenv("LOCPATH") == nullptr) GTEST_SKIP() << "the build made no locales";
     ASSERT_NE(std::setlocale(LC_ALL, GetParam()), nullptr);
     char formatted[16];
     std::snprintf(formatted, sizeof formatted, "%.1f", 1.5);
