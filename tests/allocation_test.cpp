@@ -187,6 +187,7 @@ TEST(Faults, OfMemoryWhileParametersAreCollected)
         sWithoutHost = true;
         const bool collected = collects(kept);
         sWithoutHost = false;
+        sFailing = 0;
         EXPECT_EQ(collected, n > 3);
         EXPECT_EQ(kept.Entries()[1].mName == "b", !collected);
         one.CollectParameters(kept);
