@@ -9,7 +9,7 @@
 
 #include "Common/Pattern/pattern_element.h"
 #include "fuzzer.h"
-#include "tests/engine_support.h"
+#include "tests/pattern/engine_support.h"
 
 using NPattern::Byte;
 using NPattern::CapturedParameters;
