@@ -20,7 +20,7 @@ MessageRun::MessageRun(const Options& options, NStandIn::StandInHost& host,
       mPrinter(printer),
       mSource(
           options.mEomChar, options.mInputForm,
-          [this](const Message& message) { TakeMessage(message); },
+          [this](const InputMessage& message) { TakeMessage(message); },
           [this](const std::string& error) { Complain(error); })
 {
     mInstance.SetEomChar(options.mEomChar);
@@ -49,18 +49,18 @@ int MessageRun::Run()
     return mCounts.mMatched != 0 ? kExitMatched : kExitNothingMatched;
 }
 
-void MessageRun::TakeMessage(const Message& message)
+void MessageRun::TakeMessage(const InputMessage& message)
 {
     ++mCounts.mMessages;
     mTriggered = false;
     mInstance.Deliver(message.mDelivery);
     if (mTriggered) ++mCounts.mMatched;
     PrintResult(message, mTriggered);
-    // Whoever sent a message may wait for the answer.
+    // The sender may wait for the answer.
     if (mSource.IsLive()) std::cout.flush();
 }
 
-void MessageRun::PrintResult(const Message& message, bool matched)
+void MessageRun::PrintResult(const InputMessage& message, bool matched)
 {
     if (!mOptions.mTrace && !mOptions.mMisses) {
         if (matched) {
@@ -77,7 +77,8 @@ void MessageRun::PrintResult(const Message& message, bool matched)
     trace.mIsCut = message.mIsCut;
     if (matched == trace.mRefusedBy.has_value()) {
         Complain("message " + std::to_string(mCounts.mMessages) +
-                 ": the plug-in and this program don't agree on it; are they of one version?");
+                 ": the plug-in and sift disagree on whether it matches; are they the same "
+                 "version?");
     }
     if (matched) {
         mPrinter.PrintMatch(mCounts.mMessages, message.mText, mInstance.Outputs(),
@@ -107,12 +108,11 @@ void MessageRun::Complain(const std::string& error)
 void MessageRun::ReportTrouble()
 {
     if (mSource.HasLostText()) {
-        std::cerr << "sift: the input holds NUL bytes; the host passes text that ends at a NUL, so "
-                     "a message that holds one is cut there, or lost\n";
+        std::cerr << "sift: the input contains NUL bytes; the host's text ends at a NUL, so a "
+                     "message that contains one is cut there or lost\n";
     }
     for (const NStandIn::Assertion& assertion : mHost.Assertions()) {
-        std::cerr << "sift: the plug-in reports that this doesn't hold: " << assertion.mText
-                  << '\n';
+        std::cerr << "sift: the plug-in reports a failed check: " << assertion.mText << '\n';
     }
 }
 

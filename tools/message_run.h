@@ -1,4 +1,4 @@
-// Messages go to the plug-in, and what it makes of them to a printer.
+// Passes messages to the plug-in, and its results to a printer.
 
 #pragma once
 
@@ -9,21 +9,23 @@
 
 namespace NSift {
 
+// One run over the input. Listens to the host's outputs for as long as it lives.
 class MessageRun {
   public:
-    // All but the options must outlive the run. pieces: of the instance's parsing string.
+    // pieces: of the instance's parsing string. The options are copied; everything else must
+    // outlive the run.
     MessageRun(const Options& options, NStandIn::StandInHost& host, NStandIn::Instance& instance,
                const Pieces& pieces, ResultPrinter& printer);
     MessageRun(const MessageRun&) = delete;
     MessageRun& operator=(const MessageRun&) = delete;
     ~MessageRun();
 
-    // Reads all files, and gives the exit status.
+    // Reads all files. Returns the exit status.
     int Run();
 
   private:
-    void TakeMessage(const Message& message);
-    void PrintResult(const Message& message, bool matched);
+    void TakeMessage(const InputMessage& message);
+    void PrintResult(const InputMessage& message, bool matched);
     void ReadFile(const std::string& path);
     void Complain(const std::string& error);
     void ReportTrouble();
@@ -35,8 +37,8 @@ class MessageRun {
     ResultPrinter& mPrinter;
     MessageSource mSource;
     Counts mCounts;
-    bool mTriggered = false;  // by the message that is being matched
-    bool mHasTrouble = false;
+    bool mTriggered = false;   // by the current message
+    bool mHasTrouble = false;  // an error was reported
 };
 
 }  // namespace NSift

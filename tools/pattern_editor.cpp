@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "tools/pattern_fault.h"
+#include "tools/system/editor_launch.h"
 #include "tools/system/file_replacement.h"
 #include "tools/system/terminal.h"
 
@@ -17,35 +18,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-#ifdef _WIN32
-constexpr char kDefaultEditor[] = "notepad";
-constexpr char kTerminal[] = "CONIN$";
-#else
-constexpr char kDefaultEditor[] = "vi";
-constexpr char kTerminal[] = "/dev/tty";
-#endif
-
-// As the shell takes it for one word.
-std::string ShellWord(const fs::path& path)
-{
-#ifdef _WIN32
-    return '"' + path.string() + '"';
-#else
-    std::string word = "'";
-    for (const char c : path.string()) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return word + '\'';
-#endif
-}
-
+// A command for the shell, which may hold arguments.
 std::string EditorCommand()
 {
     for (const char* const name : {"VISUAL", "EDITOR"}) {
         const char* const command = std::getenv(name);
         if (command != nullptr && *command != '\0') return command;
     }
-    std::cerr << "sift: neither VISUAL nor EDITOR is set, so the editor is " << kDefaultEditor
+    std::cerr << "sift: neither VISUAL nor EDITOR is set; using " << NSystem::DefaultEditor()
               << '\n';
-    return kDefaultEditor;
+    return NSystem::DefaultEditor();
 }
 
 }  // namespace
@@ -53,7 +35,7 @@ std::string EditorCommand()
 bool PatternEditor::Run(NStandIn::StandInHost& host, NStandIn::Instance& instance,
                         const Palette& palette)
 {
-    // The host is no place for exceptions to pass through.
+    // An exception must not pass through the plug-in.
     std::exception_ptr failure;
     host.mDialogScript = [&](NStandIn::Dialog& dialog) {
         try {
@@ -89,10 +71,9 @@ bool PatternEditor::EditUntilGood(NStandIn::Dialog& dialog, const Palette& palet
 void PatternEditor::RunEditor() const
 {
     const std::string command = EditorCommand();
-    // The variables hold a command for the shell, arguments and all.
-    const std::string line = command + ' ' + ShellWord(mFile);
-    const int status = std::system(line.c_str());  // NOLINT(cert-env33-c)
-    if (status != 0) throw std::runtime_error("the editor '" + command + "' failed");
+    if (!NSystem::RunEditor(command, mFile)) {
+        throw std::runtime_error("the editor '" + command + "' failed");
+    }
 }
 
 void PatternEditor::Discard()
@@ -102,7 +83,7 @@ void PatternEditor::Discard()
     mFile.clear();
 }
 
-void PatternEditor::GiveUp()
+void PatternEditor::Abandon()
 {
     if (mFile.empty()) return;
     ReadBack();
@@ -115,18 +96,18 @@ void PatternEditor::ReadBack()
     std::ifstream file(mFile, std::ios::binary);
     if (!file) throw std::runtime_error("can't read back " + mFile.string());
     mText.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    // Most editors end a text with a line feed that nobody typed.
-    const bool hadOne = !mOriginal.empty() && mOriginal.back() == '\n';
-    if (!hadOne && !mText.empty() && mText.back() == '\n') mText.pop_back();
+    // Most editors end a text with a line feed that the user didn't type.
+    const bool hadLineFeed = !mOriginal.empty() && mOriginal.back() == '\n';
+    if (!hadLineFeed && !mText.empty() && mText.back() == '\n') mText.pop_back();
 }
 
-// Messages may come on standard input, so that the answer comes from the terminal itself. Without
-// anybody to ask it is no.
+// Reads the answer from the terminal itself, since standard input may hold messages. The answer is
+// no if nobody is there.
 bool PatternEditor::AskToEditAgain() const
 {
     if (!NSystem::IsTerminal(stderr)) return false;
     std::cerr << "edit " << mFile.string() << " again? [Y/n] " << std::flush;
-    std::ifstream terminal(kTerminal);
+    std::ifstream terminal(NSystem::TerminalPath());
     std::string answer;
     if (!std::getline(terminal, answer)) return false;
     return answer.empty() || (answer[0] != 'n' && answer[0] != 'N');

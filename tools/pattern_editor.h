@@ -1,4 +1,4 @@
-// The user edits the parsing string in an editor of their own, through the actor's dialog.
+// Lets the user edit the parsing string in their own editor, through the actor's dialog.
 
 #pragma once
 
@@ -10,7 +10,8 @@
 
 namespace NSift {
 
-// One edit, from the temporary file that the editor is given to the accepted text.
+// One edit, from the temporary file for the editor to the accepted text. Ends with Discard or
+// Abandon.
 class PatternEditor {
   public:
     PatternEditor() = default;
@@ -18,18 +19,19 @@ class PatternEditor {
     PatternEditor& operator=(const PatternEditor&) = delete;
 
     // Double clicks on the instance and runs the editor until the text compiles or the user gives
-    // up. Gives whether there is a text that the instance now has. Questions and errors go to
-    // standard error. Throws std::runtime_error if the editor can't be run.
+    // up. Returns true if the instance has the new text. Questions and errors go to standard error.
+    // Throws std::runtime_error if the editor can't be run or a file can't be written or read.
     bool Run(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Palette& palette);
 
+    // The text of the editor, after Run.
     const std::string& Text() const { return mText; }
 
-    // The text isn't needed any more: until then it also lies in a temporary file.
+    // Deletes the temporary file: the text is safe elsewhere.
     void Discard();
 
-    // The edit came to nothing: tells where the user's text lies, if there is any that would be
-    // lost otherwise.
-    void GiveUp();
+    // Ends a failed edit. If the user changed the text, keeps the temporary file and reports its
+    // path.
+    void Abandon();
 
   private:
     bool EditUntilGood(NStandIn::Dialog& dialog, const Palette& palette);
@@ -39,7 +41,7 @@ class PatternEditor {
 
     std::string mOriginal;
     std::string mText;
-    std::filesystem::path mFile;  // empty: there is none
+    std::filesystem::path mFile;  // empty if there is none
 };
 
 }  // namespace NSift

@@ -53,13 +53,13 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
     try {
         if (!editor.Run(host, instance, Palette(stderr))) {
             std::cerr << "sift: given up; the parsing string stays as it was\n";
-            editor.GiveUp();
+            editor.Abandon();
             return false;
         }
         if (!options.mPatternFile.empty())
             NSystem::ReplaceFile(options.mPatternFile, editor.Text());
     } catch (...) {
-        editor.GiveUp();
+        editor.Abandon();
         throw;
     }
     editor.Discard();

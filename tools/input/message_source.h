@@ -1,4 +1,4 @@
-// Where messages come from: files, pipes and devices, read as they deliver.
+// Where messages come from: files, pipes and devices.
 
 #pragma once
 
@@ -14,32 +14,35 @@ namespace NSift {
 
 enum class InputForm { kRaw, kHexLines };
 
-// One message, good only during the call that hands it on.
-struct Message {
-    std::string_view mDelivery;  // what the host is given: the message and what ends it
+// One message, valid only during the call that it is passed to.
+struct InputMessage {
+    std::string_view mDelivery;  // what the host delivers: the message and the byte that ends it
     std::string_view mText;      // what the parsing string is matched against
-    bool mIsLost;  // it holds a NUL, at which the host's text ends, and so never comes to its end
-    bool mIsCut;   // what stood behind a NUL is gone, and the message ends there
+    bool mIsLost;                // a NUL ends the host's text before the end of the message
+    bool mIsCut;                 // a NUL ends the message, and what follows it is lost
 };
 
-// Reads a file to its end and hands on each message as soon as it is whole: up to the
-// end-of-message character, or as much as a message can hold. The end of the file ends its last
-// message too. Of hexadecimal input each line is a message, blank lines aside.
+// Reads files and passes on each message as soon as it is complete: at the end-of-message
+// character, at the greatest length of a message, and at the end of the file. In hexadecimal input
+// each line that isn't blank is a message.
 class MessageSource {
   public:
-    // eomChar: 0 for hexadecimal input, where the end of the text is the end of the message.
-    // deliver: is given each message. complain: is told of lines that can't be read.
-    MessageSource(std::uint8_t eomChar, InputForm form, std::function<void(const Message&)> deliver,
+    // eomChar: the end-of-message character; must be 0 for hexadecimal input, where the end of the
+    // host's text ends the message. deliver: called with each message. complain: called with an
+    // error message for each line that can't be read.
+    MessageSource(std::uint8_t eomChar, InputForm form,
+                  std::function<void(const InputMessage&)> deliver,
                   std::function<void(const std::string&)> complain);
 
-    // path: "-" is standard input. Throws std::system_error if it can't be opened or read.
+    // Reads a file to its end. path: "-" is standard input. Throws std::system_error if it can't be
+    // opened or read.
     void ReadFile(const std::string& path);
 
-    // Whether the file being read may keep its reader waiting: it is no regular file.
+    // Returns true if the current file isn't a regular file, so that a sender may wait for answers.
     bool IsLive() const { return mIsLive; }
 
-    // Whether a NUL byte came that cuts off what stands behind it: the host passes text that ends
-    // at its first NUL.
+    // Returns true if all or part of any message was lost because of a NUL byte, at which the
+    // host's text ends.
     bool HasLostText() const { return mHasLostText; }
 
   private:
@@ -48,13 +51,13 @@ class MessageSource {
     void TakeHexLine(const std::string& line, const std::string& place);
     void Add(int byte);
     void EndMessage();
-    void DeliverPiece();
+    void Deliver();
 
     std::uint8_t mEomChar;
     InputForm mForm;
-    std::function<void(const Message&)> mDeliver;
+    std::function<void(const InputMessage&)> mDeliver;
     std::function<void(const std::string&)> mComplain;
-    std::string mPiece;
+    std::string mBuffer;  // the next delivery, as far as it has been read
     bool mIsLive = false;
     bool mHasLostText = false;
 };

@@ -1,29 +1,25 @@
-// A line on standard error that tells how far a large file has been read.
+// A line on standard error that shows how much of a large file has been read.
 
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string>
 
 namespace NSift {
 
-// The size of a regular file, in bytes; none for pipes, devices and the like.
-std::optional<std::uint64_t> RegularSize(std::FILE* file);
-
-// Shown while it lives, and only if there is something to wait for and somebody who waits: the
-// file is large, standard error is a terminal, and standard output isn't, so that the line stands
-// undisturbed.
+// Shows its line while it lives, but only if the file is large, standard error is a terminal and
+// standard output isn't, so that no other output disturbs the line.
 class Progress {
   public:
+    // path: as it is shown. size: of the file in bytes; none if it isn't known.
     Progress(std::string path, std::optional<std::uint64_t> size);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress();
 
-    // One byte was read.
-    void Count()
+    // To be called for each byte that was read.
+    void Advance()
     {
         if (mStep != 0 && ++mRead % mStep == 0) Show();
     }
@@ -32,8 +28,8 @@ class Progress {
     void Show();
 
     std::string mPath;
-    std::uint64_t mStep = 0;  // bytes that make one per cent; 0: not shown
-    std::uint64_t mRead = 0;
+    std::uint64_t mStep = 0;  // bytes in one per cent of the file; 0: not shown
+    std::uint64_t mRead = 0;  // bytes
 };
 
 }  // namespace NSift

@@ -47,7 +47,7 @@ bool ReachesDisk(std::FILE* file)
     return fsync(fileno(file)) == 0;
 }
 
-// Not everybody may give a file away; who may not has it.
+// Only a privileged user may give a file away; otherwise the new file stays the user's own.
 void KeepOwner(const fs::path& from, const fs::path& to)
 {
     struct stat status = {};
@@ -56,7 +56,8 @@ void KeepOwner(const fs::path& from, const fs::path& to)
     }
 }
 
-// The new name is safe only then. Not every file system knows how, and the old text is no loss.
+// Makes the new name survive a crash. Failures are ignored: some file systems can't do this, and
+// the old text is then still there.
 void FolderReachesDisk(const fs::path& folder)
 {
     const int handle = open(folder.c_str(), O_RDONLY | O_CLOEXEC);

@@ -1,4 +1,4 @@
-// Files that are written whole or not at all.
+// Files that are written completely or not at all.
 
 #pragma once
 
@@ -7,16 +7,16 @@
 
 namespace NSystem {
 
-// Makes a file that wasn't there, only its owner may read, and holds text. Throws
-// std::system_error.
+// Creates a file that only its owner may read, with text as its content. Throws std::system_error,
+// also if the file exists.
 void WriteNewFile(const std::filesystem::path& path, const std::string& text);
 
-// Puts text in place of what the file holds, if there is one, so that whatever happens the one or
-// the other is there. Permissions and, as far as it is allowed, the owner stay; a link is followed.
-// Throws std::system_error.
+// Replaces the content of a file, or creates it. After a failure or a crash the file holds either
+// the old or the new text. Keeps the permissions and, as far as the system allows it, the owner;
+// follows a link. Throws std::system_error.
 void ReplaceFile(const std::filesystem::path& path, const std::string& text);
 
-// The path of a file that isn't there: folder / stem, something, extension.
+// Returns the path of a file that doesn't exist: folder, then stem, a random number and extension.
 std::filesystem::path UnusedPath(const std::filesystem::path& folder, const std::string& stem,
                                  const std::string& extension);
 

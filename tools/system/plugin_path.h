@@ -6,8 +6,8 @@
 
 namespace NSystem {
 
-// The module beside this program, as it is built, or in the library folder that it is installed
-// to. Where neither is there, the first of them.
+// Returns the path of the module beside this program, where a build puts it, or, if there is none,
+// in the library folder that it is installed to. Without either, returns the first.
 std::string DefaultPluginPath();
 
 }  // namespace NSystem

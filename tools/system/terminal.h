@@ -1,4 +1,4 @@
-// What sift needs to know about the terminal.
+// The terminal that the program runs in, if any.
 
 #pragma once
 
@@ -6,11 +6,14 @@
 
 namespace NSystem {
 
-// Returns true if a stream of the C library leads to a person at a terminal.
+// Returns true if the stream is connected to a terminal.
 bool IsTerminal(std::FILE* stream);
 
-// Returns true if the stream leads to a terminal that understands colour codes; on Windows,
-// switches them on.
+// Returns true if the stream is connected to a terminal that understands colour codes. On Windows,
+// switches the terminal to understand them.
 bool ShowsColours(std::FILE* stream);
+
+// Returns the path under which the terminal can be read even if standard input is redirected.
+const char* TerminalPath();
 
 }  // namespace NSystem
