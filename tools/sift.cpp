@@ -1,4 +1,4 @@
-// sift: runs the built plug-in over real messages in a terminal.
+// sift: runs the built plug-in over messages in a terminal.
 
 #include <iostream>
 #include <stdexcept>
@@ -18,8 +18,7 @@ namespace NSift {
 
 namespace {
 
-// What the plug-in finds wrong with its parsing string: asked through its own dialog, as the real
-// host asks it.
+// Has the plug-in check its own parsing string through its dialog, as the real host does.
 NStandIn::Validation Validate(NStandIn::StandInHost& host, NStandIn::Instance& instance)
 {
     NStandIn::Validation result{};
@@ -45,14 +44,14 @@ std::unique_ptr<ResultPrinter> MakePrinter(const Options& options, const Pieces&
                            Palette(stdout));
 }
 
-// Gives whether there is a text to go on with. Until it lies where it belongs, the user's text is
-// kept.
+// Returns true if the user accepted a text and it is stored. Whatever fails, the user's text is
+// kept somewhere.
 bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Options& options)
 {
     PatternEditor editor;
     try {
         if (!editor.Run(host, instance, Palette(stderr))) {
-            std::cerr << "sift: given up; the parsing string stays as it was\n";
+            std::cerr << "sift: edit cancelled; the parsing string is unchanged\n";
             editor.Abandon();
             return false;
         }
@@ -73,7 +72,7 @@ int Run(const Options& options)
     NStandIn::Instance& instance = host.CreateInstance();
 
     instance.SetState(options.mPattern);
-    host.ClearAssertions();  // of a bad parsing string, which is told better below
+    host.ClearAssertions();  // a bad parsing string is reported in detail below
     if (options.mEdit && !Edit(host, instance, options)) return kExitTrouble;
 
     const std::string pattern = instance.State();
@@ -95,7 +94,7 @@ int Run(const Options& options)
         for (std::size_t p = 0; p < pieces.size(); ++p) {
             const std::string caution = CautionFor(pieces, p);
             if (!caution.empty()) {
-                std::cerr << "sift: careful with piece " << p + 1 << ": " << caution << '\n';
+                std::cerr << "sift: warning: piece " << p + 1 << ": " << caution << '\n';
             }
         }
         return kExitMatched;

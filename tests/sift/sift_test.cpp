@@ -176,7 +176,7 @@ TEST_F(Sift, WarnsOfWhatCompilesButIsSeldomMeant)
 {
     for (const char* pattern : {"ph:float=#.#", "ph:float=[^,]", "ph:float=3#"}) {
         EXPECT_EQ(Run("--check '"s + pattern + "'"), 0);
-        EXPECT_EQ(mErr.rfind("sift: careful with piece 1: ", 0), 0U) << pattern << mErr;
+        EXPECT_EQ(mErr.rfind("sift: warning: piece 1: ", 0), 0U) << pattern << mErr;
     }
     EXPECT_EQ(Run("--check \"'a' f:float=.# g:float=[-.0-9] # i:integer=x s:string=[^,]\""), 0);
     EXPECT_EQ(mErr, "");
@@ -248,7 +248,7 @@ TEST_F(Sift, ExplainsAndPrintsInManyForms)
          "  hint     piece 3 took \"xx\": ~message 3: the message is empty\n"},
         {"'2 bytes n:i=#' --misses", "\x01\x02z\n\0b\n"s, 1,
          "message 1: piece 2 refused it at byte 2\n  0000  01 02 7A   ~|..z|\n         1  1 ^^\n"
-         "~found    'z'\nmessage 2: the message holds a NUL~  0000  00 62  "},
+         "~found    'z'\nmessage 2: the message is lost: it contains a NUL~  0000  00 62  "},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(Run(row.mArguments, row.mInput), row.mStatus) << row.mArguments << mErr;

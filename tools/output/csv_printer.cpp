@@ -5,7 +5,7 @@ namespace NSift {
 
 namespace {
 
-// In quotes, with each quote in it doubled, where it holds what sets fields apart.
+// Quotes a text that contains a separator or a quote, and doubles each quote in it.
 std::string Field(const std::string& text)
 {
     if (text.find_first_of("\",\r\n") == std::string::npos) return text;
@@ -22,8 +22,9 @@ class CsvPrinter final : public ResultPrinter {
     {
         std::vector<std::string> names = UniqueNames(outputs);
         if (names.empty()) names.push_back(outputs[0].mName);
-        for (std::size_t i = 0; i < names.size(); ++i)
+        for (std::size_t i = 0; i < names.size(); ++i) {
             mStream << (i > 0 ? "," : "") << Field(names[i]);
+        }
         mStream << '\n';
     }
 

@@ -12,10 +12,10 @@ namespace {
 
 constexpr char kIndent[] = "  ";
 
-// One character of the message, or one byte of it, with what stands below.
+// One character of the message, or a byte that isn't part of one, and its mark.
 struct Cell {
     std::string mShown;
-    std::string mMark;  // empty: nobody took it
+    std::string mMark;  // empty if no piece took it
 };
 
 std::string MarkAt(const Trace& trace, std::size_t position)
@@ -64,8 +64,8 @@ std::vector<Cell> CellsOf(std::string_view message, const Trace& trace)
 void PrintText(std::ostream& stream, std::string_view message, const Trace& trace,
                const Palette& palette)
 {
-    constexpr std::size_t kBefore = 60;  // characters shown before the place of interest
-    constexpr std::size_t kMost = 90;
+    constexpr std::size_t kMost = 90;    // characters shown
+    constexpr std::size_t kBefore = 60;  // of those, before the place where it stopped
     const std::vector<Cell> cells = CellsOf(message, trace);
     const auto stop = std::find_if(cells.begin(), cells.end(),
                                    [](const Cell& cell) { return cell.mMark == "^"; });
@@ -86,9 +86,9 @@ void PrintText(std::ostream& stream, std::string_view message, const Trace& trac
     PrintMarks(stream, marks, palette);
 }
 
-constexpr std::size_t kRow = 16;
+constexpr std::size_t kRow = 16;  // bytes
 
-// Bytes on the left, and what of them is text on the right.
+// Bytes on the left, the printable ones as text on the right.
 void PrintHexRow(std::ostream& stream, std::string_view message, std::size_t start,
                  const Trace& trace, const Palette& palette)
 {
@@ -123,7 +123,7 @@ void PrintHex(std::ostream& stream, std::string_view message, const Trace& trace
     const std::size_t last = std::min(rows, first + kMostRows);
     if (first > 0) stream << kIndent << "...\n";
     for (std::size_t row = first; row < last; ++row) {
-        // Behind the last byte there is room for a mark alone.
+        // A row after the last byte is needed only for a mark.
         if (row * kRow == message.size() && row != place) break;
         PrintHexRow(stream, message, row * kRow, trace, palette);
     }

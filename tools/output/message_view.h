@@ -1,4 +1,4 @@
-// A message with marks below it that show which piece took which byte.
+// Shows a message with marks below it: which piece took which byte.
 
 #pragma once
 
@@ -12,9 +12,10 @@ namespace NSift {
 
 enum class ViewForm { kText, kHex };
 
-// Writes the message, or of a long one what stands around the place where it stopped. Below each
-// byte stands the number of the piece that took it (of a text its last digit), '-' for white space
-// that was skipped, and '^' where a miss stopped. An empty message gives nothing.
+// Writes the message and a line of marks; of a long message, only the part around the place where
+// it stopped. The mark of a byte is the number of the piece that took it (for text, the last
+// digit), '-' for white space that was skipped, and '^' where a miss stopped. Writes nothing for an
+// empty message.
 void PrintMessage(std::ostream& stream, std::string_view message, const Trace& trace, ViewForm form,
                   const Palette& palette);
 

@@ -1,4 +1,4 @@
-// How sift shows what became of the messages: one class for each form of output.
+// Prints the results of sift: one class for each output format.
 
 #pragma once
 
@@ -23,8 +23,8 @@ struct Counts {
     std::size_t mMatched = 0;
 };
 
-// Told of everything in the order in which it happens. What a form has no place for it leaves out;
-// errors are told on standard error too, by whoever meets them. Messages are numbered from 1.
+// Called for each event, in order. A format ignores the events that it doesn't show. Errors also go
+// to standard error, written by the caller. Messages are numbered from 1.
 class ResultPrinter {
   public:
     ResultPrinter() = default;
@@ -34,16 +34,16 @@ class ResultPrinter {
 
     // Before the first message.
     virtual void PrintStart(const Outputs& /*outputs*/) {}
-    // The parsing string is good, and this is what it makes: all that was asked for.
+    // In place of all messages, if only the outputs of the parsing string were asked for.
     virtual void PrintOutputs(const Outputs& /*outputs*/) {}
-    // trace: null unless it was asked for.
+    // trace: null unless the user asked for it.
     virtual void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
                             const Trace* trace) = 0;
     virtual void PrintMiss(std::size_t /*number*/, std::string_view /*message*/,
                            const Trace& /*trace*/)
     {
     }
-    // A message that never came to its end because it holds a NUL.
+    // A message that the plug-in never sees completely because it contains a NUL.
     virtual void PrintLost(std::size_t /*number*/, std::string_view /*message*/) {}
     virtual void PrintFault(const PatternFault& /*fault*/) {}
     virtual void PrintError(const std::string& /*error*/) {}
@@ -51,19 +51,19 @@ class ResultPrinter {
     virtual void PrintEnd(const Counts& /*counts*/) {}
 };
 
-// What a lost message is told to be.
+// The report of a lost message.
 inline constexpr char kLostWords[] =
-    "the message holds a NUL, and the host passes text that ends at a NUL: it is lost";
+    "the message is lost: it contains a NUL, and the host's text ends at a NUL";
 
-// "string", "float" or "integer".
+// Returns "string", "float" or "integer".
 const char* TypeOf(const NStandIn::Property& output);
 
-// A name of its own for each captured output: the name in the parsing string; where that is empty
-// or another output has it too, the id.
+// Returns a unique name for each output except the fixed one: its name in the parsing string or, if
+// that is empty or not unique, its id.
 std::vector<std::string> UniqueNames(const Outputs& outputs);
 
-// The makers of the forms. pieces: of the parsing string, must outlive the printer; empty where it
-// doesn't compile.
+// Make the printers. pieces: of the parsing string; empty if it doesn't compile. The stream and the
+// pieces must outlive the printer.
 std::unique_ptr<ResultPrinter> MakeTextPrinter(std::ostream& stream, const Pieces& pieces,
                                                ViewForm view, const Palette& palette);
 std::unique_ptr<ResultPrinter> MakeJsonPrinter(std::ostream& stream, const Pieces& pieces);

@@ -14,21 +14,22 @@ unsigned char ByteAt(std::string_view text, std::size_t position)
     return static_cast<unsigned char>(text[position]);
 }
 
-struct Utf8Form {
+// Well-formed sequences of two bytes and more, by their lead byte.
+struct Utf8Range {
     unsigned char mFirstLead;
     unsigned char mLastLead;
-    unsigned char mLowestSecond;  // of the byte behind the lead; those behind that are 80 to BF
+    unsigned char mLowestSecond;  // bytes after the second are 80 to BF
     unsigned char mHighestSecond;
     std::size_t mLength;
 };
 
-constexpr Utf8Form kUtf8Forms[] = {
+constexpr Utf8Range kUtf8Ranges[] = {
     {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3}, {0xE1, 0xEC, 0x80, 0xBF, 3},
     {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3}, {0xF0, 0xF0, 0x90, 0xBF, 4},
     {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4},
 };
 
-// character: one of ASCII or of UTF-8, where U+0080 to U+009F are control characters too.
+// character: one UTF-8 character. U+0080 to U+009F are control characters too.
 bool IsControl(std::string_view character)
 {
     const unsigned char first = ByteAt(character, 0);
@@ -47,15 +48,15 @@ std::size_t Utf8Length(std::string_view text, std::size_t position)
 {
     const unsigned char lead = ByteAt(text, position);
     if (lead < 0x80) return 1;
-    for (const Utf8Form& form : kUtf8Forms) {
-        if (lead < form.mFirstLead || lead > form.mLastLead) continue;
-        if (text.size() - position < form.mLength) return 0;
+    for (const Utf8Range& range : kUtf8Ranges) {
+        if (lead < range.mFirstLead || lead > range.mLastLead) continue;
+        if (text.size() - position < range.mLength) return 0;
         const unsigned char second = ByteAt(text, position + 1);
-        if (second < form.mLowestSecond || second > form.mHighestSecond) return 0;
-        for (std::size_t k = 2; k < form.mLength; ++k) {
+        if (second < range.mLowestSecond || second > range.mHighestSecond) return 0;
+        for (std::size_t k = 2; k < range.mLength; ++k) {
             if ((ByteAt(text, position + k) & 0xC0) != 0x80) return 0;
         }
-        return form.mLength;
+        return range.mLength;
     }
     return 0;
 }
@@ -76,8 +77,8 @@ bool IsBinary(std::string_view text)
         const std::size_t length = Utf8Length(text, position);
         if (length == 0) return true;
         const std::string_view character = text.substr(position, length);
-        const bool isOfLine = character == "\t" || character == "\r" || character == "\n";
-        if (IsControl(character) && !isOfLine) return true;
+        const bool isLayout = character == "\t" || character == "\r" || character == "\n";
+        if (IsControl(character) && !isLayout) return true;
         position += length;
     }
     return false;

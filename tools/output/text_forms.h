@@ -1,4 +1,4 @@
-// Bytes as a person reads them in a terminal.
+// Bytes and values as text for a terminal.
 
 #pragma once
 
@@ -10,33 +10,36 @@
 
 namespace NSift {
 
-// The length in bytes of the UTF-8 character at position, 0 if the bytes there are none.
+// Returns the length in bytes of the UTF-8 character at position; 0 if there is no valid one.
+// position: less than the size of text.
 std::size_t Utf8Length(std::string_view text, std::size_t position);
 
+// Returns true if text is valid UTF-8.
 bool IsUtf8(std::string_view text);
 
-// Whether text is better shown as bytes: it isn't UTF-8, or has control characters that no line of
-// text has.
+// Returns true if text is better shown as bytes: it isn't valid UTF-8, or contains a control
+// character other than tab, carriage return and line feed.
 bool IsBinary(std::string_view text);
 
-// text with \n, \r and \t for those, and \xNN for other control characters and for bytes that
-// aren't UTF-8.
+// Writes line feed, carriage return and tab as \n, \r and \t, and other control characters and
+// bytes that aren't UTF-8 as \xNN.
 std::string Escaped(std::string_view text);
 
-// As Escaped; in double quotes, with \" and \\ inside, where it would be hard to read without.
+// As Escaped. A text that is empty, binary or contains white space, a quote or a backslash is put
+// in double quotes, with \" and \\ inside.
 std::string Quoted(std::string_view text);
 
-// As Quoted, but always in quotes.
+// As Quoted, but with quotes around every text.
 std::string AlwaysQuoted(std::string_view text);
 
-// Two hexadecimal digits for each byte, with nothing between.
+// Returns two hexadecimal digits for each byte, without separators.
 std::string HexOf(std::string_view bytes);
 
-// As many columns as text takes on a terminal that reads UTF-8.
+// Returns the number of columns that text takes on a UTF-8 terminal, one for each character.
 std::size_t ColumnsOf(std::string_view text);
 
-// A value of an output: a string as Quoted gives it; the shortest number that reads back as the
-// same.
+// Returns the value of an output: a string as by Quoted, a number in the shortest form that reads
+// back as the same number.
 std::string TextOf(const NStandIn::Value& value);
 
 }  // namespace NSift
