@@ -1,4 +1,4 @@
-#include "manual.h"
+#include "tools/manual.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>

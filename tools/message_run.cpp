@@ -1,4 +1,4 @@
-#include "message_run.h"
+#include "tools/message_run.h"
 
 #include <iostream>
 #include <system_error>

@@ -2,10 +2,10 @@
 
 #pragma once
 
-#include "message_source.h"
-#include "options.h"
-#include "result_printer.h"
 #include "standin/stand_in_host.h"
+#include "tools/input/message_source.h"
+#include "tools/options.h"
+#include "tools/output/result_printer.h"
 
 namespace NSift {
 

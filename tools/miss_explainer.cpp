@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "pattern_explainer.h"
-#include "text_forms.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

@@ -1,4 +1,4 @@
-#include "options.h"
+#include "tools/options.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>
@@ -7,8 +7,8 @@
 #include <iostream>
 #include <sstream>
 
-#include "manual.h"
-#include "plugin_path.h"
+#include "tools/manual.h"
+#include "tools/system/plugin_path.h"
 
 namespace NSift {
 
@@ -170,7 +170,7 @@ void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptio
     outOptions.mInputForm = line.mHex ? InputForm::kHexLines : InputForm::kRaw;
     // A bare name would be searched for among the system's libraries.
     outOptions.mPlugin = outOptions.mPlugin.empty()
-                             ? DefaultPluginPath()
+                             ? NSystem::DefaultPluginPath()
                              : std::filesystem::absolute(outOptions.mPlugin).string();
 }
 

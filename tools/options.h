@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "message_source.h"
+#include "tools/input/message_source.h"
 
 namespace NSift {
 

@@ -1,4 +1,4 @@
-#include "pattern_editor.h"
+#include "tools/pattern_editor.h"
 
 #include <cstdlib>
 #include <exception>
@@ -7,8 +7,9 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "file_replacement.h"
-#include "pattern_fault.h"
+#include "tools/pattern_fault.h"
+#include "tools/system/file_replacement.h"
+#include "tools/system/terminal.h"
 
 namespace NSift {
 
@@ -71,8 +72,8 @@ bool PatternEditor::Run(NStandIn::StandInHost& host, NStandIn::Instance& instanc
 bool PatternEditor::EditUntilGood(NStandIn::Dialog& dialog, const Palette& palette)
 {
     mOriginal = dialog.Text();
-    mFile = UnusedPath(fs::temp_directory_path(), "sift", ".pattern");
-    WriteNewFile(mFile, mOriginal);
+    mFile = NSystem::UnusedPath(fs::temp_directory_path(), "sift", ".pattern");
+    NSystem::WriteNewFile(mFile, mOriginal);
     for (;;) {
         RunEditor();
         ReadBack();
@@ -123,7 +124,7 @@ void PatternEditor::ReadBack()
 // anybody to ask it is no.
 bool PatternEditor::AskToEditAgain() const
 {
-    if (!IsTerminal(stderr)) return false;
+    if (!NSystem::IsTerminal(stderr)) return false;
     std::cerr << "edit " << mFile.string() << " again? [Y/n] " << std::flush;
     std::ifstream terminal(kTerminal);
     std::string answer;

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "standin/stand_in_host.h"
-#include "terminal.h"
+#include "tools/output/palette.h"
 
 namespace NSift {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "text_forms.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "pattern_pieces.h"
-#include "terminal.h"
+#include "tools/output/palette.h"
 
 namespace NSift {
 

@@ -5,7 +5,7 @@
 
 #include "Common/Pattern/pattern_ltoken.h"
 #include "syntax_hints.h"
-#include "text_forms.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "standin/stand_in_host.h"
-#include "terminal.h"
+#include "tools/output/palette.h"
 
 namespace NSift {
 

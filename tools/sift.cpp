@@ -3,15 +3,16 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "file_replacement.h"
-#include "message_run.h"
-#include "options.h"
-#include "pattern_editor.h"
-#include "pattern_explainer.h"
-#include "pattern_fault.h"
-#include "result_printer.h"
-#include "standin/plugin_module.h"
 #include "standin/stand_in_host.h"
+#include "tools/message_run.h"
+#include "tools/options.h"
+#include "tools/output/result_printer.h"
+#include "tools/pattern_editor.h"
+#include "tools/pattern_explainer.h"
+#include "tools/pattern_fault.h"
+#include "tools/system/file_replacement.h"
+#include "tools/system/plugin_module.h"
+#include "tools/system/terminal.h"
 
 namespace NSift {
 
@@ -55,7 +56,8 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
             editor.GiveUp();
             return false;
         }
-        if (!options.mPatternFile.empty()) ReplaceFile(options.mPatternFile, editor.Text());
+        if (!options.mPatternFile.empty())
+            NSystem::ReplaceFile(options.mPatternFile, editor.Text());
     } catch (...) {
         editor.GiveUp();
         throw;
@@ -66,7 +68,7 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
 
 int Run(const Options& options)
 {
-    const NStandIn::PluginModule plugin(options.mPlugin);
+    const NSystem::PluginModule plugin(options.mPlugin);
     NStandIn::StandInHost host(plugin.GetActorInfo());
     NStandIn::Instance& instance = host.CreateInstance();
 
@@ -98,7 +100,7 @@ int Run(const Options& options)
         }
         return kExitMatched;
     }
-    if (options.mEdit && options.mFiles.empty() && IsTerminal(stdin)) {
+    if (options.mEdit && options.mFiles.empty() && NSystem::IsTerminal(stdin)) {
         std::cout << pattern << '\n';
         return kExitMatched;
     }

@@ -2,15 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include "standin/plugin_module.h"
 #include "standin/stand_in_host.h"
+#include "tools/system/plugin_module.h"
 
 namespace {
 
 TEST(Plugin, LoadsRunsUnloadsAndLoadsAgain)
 {
     for (int round = 0; round < 2; ++round) {
-        const NStandIn::PluginModule plugin(WORD_SIFTER_MODULE);
+        const NSystem::PluginModule plugin(WORD_SIFTER_MODULE);
         NStandIn::StandInHost host(plugin.GetActorInfo());
         NStandIn::Instance& instance = host.CreateInstance();
         instance.SetState("'T=' t:float=.# u:string=letters");

@@ -1,4 +1,4 @@
-#include "plugin_module.h"
+#include "tools/system/plugin_module.h"
 
 #include <bit>
 #include <stdexcept>
@@ -11,7 +11,7 @@
 #include <dlfcn.h>
 #endif
 
-namespace NStandIn {
+namespace NSystem {
 
 namespace {
 
@@ -69,7 +69,7 @@ std::string LastError()
 PluginModule::PluginModule(const std::string& path) : mHandle(Open(path))
 {
     if (mHandle == nullptr) throw std::runtime_error(LastError());
-    mGetActorInfo = std::bit_cast<GetActorInfoFunction>(FindExport(mHandle));
+    mGetActorInfo = std::bit_cast<Export>(FindExport(mHandle));
     if (mGetActorInfo == nullptr) {
         Close(mHandle);
         throw std::runtime_error(path + " has no export " + kExport);
@@ -81,4 +81,4 @@ PluginModule::~PluginModule()
     Close(mHandle);
 }
 
-}  // namespace NStandIn
+}  // namespace NSystem

@@ -1,4 +1,4 @@
-#include "plugin_path.h"
+#include "tools/system/plugin_path.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -10,7 +10,7 @@
 #include <mach-o/dyld.h>
 #endif
 
-namespace NSift {
+namespace NSystem {
 
 namespace {
 
@@ -45,4 +45,4 @@ std::string DefaultPluginPath()
     return (!fs::exists(built) && fs::exists(installed) ? installed : built).string();
 }
 
-}  // namespace NSift
+}  // namespace NSystem

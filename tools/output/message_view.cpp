@@ -1,10 +1,10 @@
-#include "message_view.h"
+#include "tools/output/message_view.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
-#include "text_forms.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

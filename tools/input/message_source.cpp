@@ -1,4 +1,4 @@
-#include "message_source.h"
+#include "tools/input/message_source.h"
 
 #include <cerrno>
 #include <memory>
@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "Common/Pattern/pattern_ltoken.h"
-#include "progress.h"
-#include "text_forms.h"
+#include "tools/input/progress.h"
+#include "tools/output/text_forms.h"
 
 #ifdef _WIN32
 #include <fcntl.h>

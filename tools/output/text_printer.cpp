@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "miss_explainer.h"
-#include "result_printer.h"
-#include "text_forms.h"
+#include "tools/miss_explainer.h"
+#include "tools/output/result_printer.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-namespace NSift {
+namespace NSystem {
 
 // Makes a file that wasn't there, only its owner may read, and holds text. Throws
 // std::system_error.
@@ -20,4 +20,4 @@ void ReplaceFile(const std::filesystem::path& path, const std::string& text);
 std::filesystem::path UnusedPath(const std::filesystem::path& folder, const std::string& stem,
                                  const std::string& extension);
 
-}  // namespace NSift
+}  // namespace NSystem

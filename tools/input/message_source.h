@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "progress.h"
+#include "tools/input/progress.h"
 
 namespace NSift {
 

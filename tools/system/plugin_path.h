@@ -4,10 +4,10 @@
 
 #include <string>
 
-namespace NSift {
+namespace NSystem {
 
 // The module beside this program, as it is built, or in the library folder that it is installed
 // to. Where neither is there, the first of them.
 std::string DefaultPluginPath();
 
-}  // namespace NSift
+}  // namespace NSystem

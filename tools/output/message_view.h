@@ -5,8 +5,8 @@
 #include <ostream>
 #include <string_view>
 
-#include "match_tracer.h"
-#include "terminal.h"
+#include "tools/match_tracer.h"
+#include "tools/output/palette.h"
 
 namespace NSift {
 

@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "tools/input/progress.h"
 
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -6,7 +6,7 @@
 #include <iostream>
 #include <utility>
 
-#include "terminal.h"
+#include "tools/system/terminal.h"
 
 namespace NSift {
 
@@ -33,7 +33,9 @@ std::optional<std::uint64_t> RegularSize(std::FILE* file)
 
 Progress::Progress(std::string path, std::optional<std::uint64_t> size) : mPath(std::move(path))
 {
-    if (size.value_or(0) < kLargeFile || !IsTerminal(stderr) || IsTerminal(stdout)) return;
+    if (size.value_or(0) < kLargeFile || !NSystem::IsTerminal(stderr) ||
+        NSystem::IsTerminal(stdout))
+        return;
     mStep = *size / 100;
     Show();
 }

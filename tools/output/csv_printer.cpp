@@ -1,5 +1,5 @@
-#include "result_printer.h"
-#include "text_forms.h"
+#include "tools/output/result_printer.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

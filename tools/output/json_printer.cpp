@@ -1,9 +1,9 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "miss_explainer.h"
-#include "result_printer.h"
-#include "text_forms.h"
+#include "tools/miss_explainer.h"
+#include "tools/output/result_printer.h"
+#include "tools/output/text_forms.h"
 
 namespace NSift {
 

@@ -1,4 +1,4 @@
-// What sift needs to know of the terminal: whether there is one, and colour.
+// Colour in the output.
 
 #pragma once
 
@@ -8,14 +8,11 @@
 
 namespace NSift {
 
-// Whether a stream of the C library leads to a person at a terminal.
-bool IsTerminal(std::FILE* stream);
-
-// What a text is, which is what its colour tells.
+// What a text means, which decides its colour.
 enum class Role { kName, kMark, kFault, kAside };
 
 // Paints texts for one stream: on a terminal that shows colours, unless the environment variable
-// NO_COLOR says otherwise; else every text stays as it is.
+// NO_COLOR is set; otherwise every text stays as it is.
 class Palette {
   public:
     explicit Palette(std::FILE* stream);

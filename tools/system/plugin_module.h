@@ -4,13 +4,15 @@
 
 #include <string>
 
-#include "stand_in_host.h"
+#include "actor/actor_info.h"
 
-namespace NStandIn {
+namespace NSystem {
 
 // Keeps the module loaded for as long as it lives.
 class PluginModule {
   public:
+    using Export = decltype(&::GetActorInfo);
+
     // path: of the module, UTF-8 on Windows. Throws std::runtime_error, with the loader's word on
     // it, if the module can't be loaded whole or lacks its export.
     explicit PluginModule(const std::string& path);
@@ -18,11 +20,11 @@ class PluginModule {
     PluginModule& operator=(const PluginModule&) = delete;
     ~PluginModule();
 
-    GetActorInfoFunction GetActorInfo() const { return mGetActorInfo; }
+    Export GetActorInfo() const { return mGetActorInfo; }
 
   private:
     void* mHandle;
-    GetActorInfoFunction mGetActorInfo;
+    Export mGetActorInfo;
 };
 
-}  // namespace NStandIn
+}  // namespace NSystem

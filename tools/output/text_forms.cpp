@@ -1,4 +1,4 @@
-#include "text_forms.h"
+#include "tools/output/text_forms.h"
 
 #include <algorithm>
 #include <array>

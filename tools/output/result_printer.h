@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "match_tracer.h"
-#include "message_view.h"
-#include "pattern_fault.h"
 #include "standin/stand_in_host.h"
+#include "tools/match_tracer.h"
+#include "tools/output/message_view.h"
+#include "tools/pattern_fault.h"
 
 namespace NSift {
 

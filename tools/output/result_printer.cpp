@@ -1,4 +1,4 @@
-#include "result_printer.h"
+#include "tools/output/result_printer.h"
 
 #include <map>
 

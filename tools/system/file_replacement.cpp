@@ -1,4 +1,4 @@
-#include "file_replacement.h"
+#include "tools/system/file_replacement.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -14,7 +14,7 @@
 #include <unistd.h>
 #endif
 
-namespace NSift {
+namespace NSystem {
 
 namespace fs = std::filesystem;
 
@@ -109,4 +109,4 @@ fs::path UnusedPath(const fs::path& folder, const std::string& stem, const std::
     return path;
 }
 
-}  // namespace NSift
+}  // namespace NSystem

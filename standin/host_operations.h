@@ -1,0 +1,94 @@
+// The host's table of operations, and what all operations share. Internal to the stand-in host.
+
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "actor/host_interface.h"
+#include "host_accounts.h"
+#include "operation.h"
+#include "turn.h"
+
+namespace NStandIn {
+
+class Instance;
+class StandInHost;
+
+// The one host, and its accounts. There must be one.
+StandInHost& Host();
+HostAccounts& Accounts();
+
+// What records and buffers hold before the actor writes to them.
+inline constexpr unsigned char kGarbage = 0xA5;
+
+template <typename T>
+void FillWithGarbage(T& record)
+{
+    std::memset(static_cast<void*>(&record), kGarbage, sizeof record);
+}
+
+// Records a violation.
+void Blame(const std::string& fault);
+// Records a violation unless held.
+void Demand(bool held, const char* fault);
+
+// Returns the instance that the actor named in a call of operation. Null, after a violation, if
+// there is none.
+Instance* InstanceOf(const NActor::HostActor* actor, const char* operation);
+// As InstanceOf. An instance that has been disposed of is returned too, after a violation.
+Instance* LivingInstanceOf(const NActor::HostActor* actor, const char* operation);
+
+// Every operation makes one first: takes the turn, writes the line of the log and asks the hook
+// whether the operation fails.
+//
+// The hook may change everything that the operation works on. So an operation judges the actor's
+// arguments before it makes its scope, and looks up what it works on after. It changes nothing
+// before, since the hook may throw; the exception then leaves the constructor with the turn given
+// back.
+class OperationScope {
+  public:
+    // details: what follows the name in the log, each after a blank.
+    template <typename... Details>
+    explicit OperationScope(Operation operation, const Details&... details)
+    {
+        if (Accounts().mLogging) {
+            std::ostringstream line;
+            line << kOperationNames[operation];
+            ((line << ' ' << details), ...);
+            Accounts().mLog.push_back(line.str());
+        }
+        mFails = AskHook(operation);
+    }
+
+    bool Fails() const { return mFails; }
+
+  private:
+    static bool AskHook(Operation operation);
+
+    Turn mTurn{Side::kHost};
+    bool mFails = false;
+};
+
+// Fill the slots of one concern in the table; each is in the source of its name.
+void AddPropertyOperations(NActor::HostCallbacks& ioTable);
+void AddTextOperations(NActor::HostCallbacks& ioTable);
+
+// The context of one call of the actor, which has the turn meanwhile. The context and its table are
+// gone when the call has returned.
+class CallContext {
+  public:
+    CallContext();
+
+    NActor::HostContext* Get() const { return mContext.get(); }
+
+  private:
+    std::unique_ptr<NActor::HostCallbacks> mTable;
+    std::unique_ptr<NActor::HostContext> mContext;
+    Turn mTurn{Side::kActor};  // last: it ends before the memory above is released
+};
+
+}  // namespace NStandIn
