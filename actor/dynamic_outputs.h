@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 #include "actor_info.h"
 #include "host_interface.h"
 

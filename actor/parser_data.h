@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 #include "actor_info.h"
 #include "host_interface.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 #include "counting_host.h"
 #include "registration.h"
 

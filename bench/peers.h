@@ -16,7 +16,7 @@
 #include <tuple>
 #include <vector>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 #include "values.h"
 #include "workloads.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 #include "actor/message_processing.h"
 #include "counting_host.h"
 #include "registration.h"

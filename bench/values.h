@@ -11,7 +11,7 @@
 #include <tuple>
 #include <utility>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 
 namespace NBench {
 

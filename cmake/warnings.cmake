@@ -8,7 +8,9 @@ if(MSVC)
     endif()
 else()
     target_compile_options(word_sifter_flags INTERFACE
-        -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+        # A value of an enumeration that a switch does not handle is always an error.
+        -Werror=switch)
     if(WORD_SIFTER_WERROR)
         target_compile_options(word_sifter_flags INTERFACE -Werror)
     endif()

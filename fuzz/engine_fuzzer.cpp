@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Common/Pattern/pattern.h"
 #include "Common/Pattern/pattern_element.h"
 #include "fuzzer.h"
 #include "tests/pattern/engine_support.h"
@@ -84,7 +85,7 @@ bool AllSame(const std::vector<Parameter>& a, const std::vector<Parameter>& b, S
 }
 
 // kept: holds the captures of another string.
-void CheckMatch(Pattern& pattern, const Message& message, CapturedParameters& kept)
+void CheckMatch(Pattern& pattern, const HeapMessage& message, CapturedParameters& kept)
 {
     const std::vector<Parameter> declared = Captures(pattern);
     pattern.CollectParameters(kept);
@@ -101,7 +102,7 @@ void CheckMatch(Pattern& pattern, const Message& message, CapturedParameters& ke
     Expect(AllSame(captured, Captures(pattern), SameValue), "nor do its values");
 }
 
-void CheckEmpty(Pattern& pattern, const Message& message)
+void CheckEmpty(Pattern& pattern, const HeapMessage& message)
 {
     Expect(Captures(pattern).empty(), "a failed compile leaves no captures");
     Expect(pattern.Match(message.Data(), message.Length()) == nullptr,
@@ -115,7 +116,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const std::string_view input(reinterpret_cast<const char*>(data), size);
     const std::size_t lineEnd = std::min(input.find('\n'), size);
     const std::string parseString(input.substr(0, lineEnd));
-    const Message message(input.substr(std::min(lineEnd + 1, size)));
+    const HeapMessage message(input.substr(std::min(lineEnd + 1, size)));
 
     const std::string outcome = Outcome(parseString);
     Expect(Outcome(parseString) == outcome, "a string compiles alike each time");

@@ -1,13 +1,17 @@
 #!/bin/sh
-# Builds everything on a fresh machine and runs all tests: under the sanitizers, the benchmarks for
-# an instant each, and then as people run them.
+# Builds everything on a fresh machine and runs all tests, with the named presets of
+# CMakePresets.json in turn, "release" if none is named: scripts/test.sh [PRESET...]
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
-need_bench_packages
 need_packages libgtest-dev locales
 
-for preset in sanitize bench release; do
+[ $# -gt 0 ] || set -- release
+for preset in "$@"; do
+    case $preset in
+        bench) need_bench_packages ;;
+        clang) need_packages clang ;;
+    esac
     echo "== $preset"
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset" -- --quiet

@@ -10,45 +10,41 @@ namespace NSift {
 namespace {
 
 constexpr char kDescription[] =
-    "Runs the Word Sifter plug-in over messages: each one that matches the parsing string gives a "
-    "line of its captured values.";
+    "Runs the Word Sifter plug-in over messages. For each message that matches the parsing string, "
+    "sift prints a line with the captured values.";
 
 struct Section {
     const char* mTitle;
-    const char* mText;  // paragraphs set apart by blank lines; a line with a blank in front stays
+    const char* mText;  // paragraphs, with an empty line between; indented ones aren't wrapped
 };
 
 constexpr Section kSections[] = {
     {"Exit status",
-     "0 if something matched, 1 if nothing did, 2 for a mistake on the command line, a parsing "
-     "string that doesn't compile, a file that can't be read or written, or an edit that was given "
-     "up. --check, --explain, and --edit without messages end with 0 if the parsing string "
-     "compiles."},
+     "0 if a message matched, 1 if no message matched. 2 if the command line is wrong, the parsing "
+     "string doesn't compile, a file can't be read or written, or you gave up an edit. --check, "
+     "--explain, and --edit without messages exit with 0 if the parsing string compiles."},
     {"Marks",
-     "--trace and --misses show a message with the number of the piece below each character that "
-     "it took (the last digit of it), - below white space that was skipped, and ^ where a message "
-     "stopped. A message that isn't plain text is shown in hexadecimal."},
+     "--trace and --misses print a line of marks below the message. A digit is the last digit of "
+     "the number of the piece that took the character above it. A - marks white space that was "
+     "skipped. A ^ marks the place where the match stopped. A message that isn't plain text is "
+     "shown in hexadecimal."},
     {"JSON",
-     "One object a line, told apart by \"type\":\n\n"
+     "Each line is one object. Its member \"type\" determines its other members:\n\n"
      "  match    message (its number), values (an object, by output name);\n"
      "           with --trace also text and steps\n"
      "  miss     with --misses: message, text, verdict, stopped_at, piece,\n"
      "           source, wanted, found, hints, steps\n"
-     "  error    error, and of a parsing string start, length, hints, needs\n"
+     "  error    error; for a parsing string also start, length, hints, needs\n"
      "  output   with --check: name, value (string, float, integer), id\n"
-     "  summary  messages, matched, missed; comes last\n\n"
-     "Bytes that aren't UTF-8 become an object {\"hex\": \"C328\"} with all bytes of the string; "
-     "an "
-     "infinite float becomes the string \"inf\" or \"-inf\". Places count bytes from 0, messages "
-     "and "
-     "pieces count from 1. A step without a piece (null) is white space that was skipped. An "
-     "output "
-     "whose name is empty or not the only one of its kind goes by its id, as in the header of "
+     "  summary  messages, matched, missed; the last line\n\n"
+     "A string that isn't UTF-8 becomes an object with all its bytes: {\"hex\": \"C328\"}. An "
+     "infinite float becomes the string \"inf\" or \"-inf\". Positions count bytes from 0. "
+     "Messages and pieces count from 1. A step whose piece is null is white space that was "
+     "skipped. An output whose name is empty or not unique has its id as name, as in the header of "
      "--csv."},
     {"Environment",
-     "VISUAL, EDITOR: the editor that --edit starts. NO_COLOR: if it is set to anything, nothing "
-     "is "
-     "coloured; colour is used on a terminal only."},
+     "VISUAL, EDITOR: the editor that --edit starts. NO_COLOR: if it isn't empty, sift prints no "
+     "colors. It prints colors only to a terminal."},
     {"Examples",
      "  printf 'T=23.5 H=41\\n' | sift \"'T=' t:float=.# 'H=' h:integer=#\"\n"
      "  sift --explain -f scale.pattern\n"
@@ -56,7 +52,7 @@ constexpr Section kSections[] = {
      "  sift --hex \"{{AA}} (level=0-11, mode=12-15)\" packets.hex"},
 };
 
-// As man wants it: no line may seem a request, and a hyphen stays a hyphen.
+// Escapes text for man: no line is read as a request, and a hyphen stays a hyphen.
 std::string Roff(std::string_view text)
 {
     std::string roff;
@@ -83,7 +79,7 @@ std::string UpperCase(std::string text)
     return text;
 }
 
-// Paragraphs are filled but for lines that start with a blank.
+// Fills paragraphs, except those that start with a space.
 void WriteParagraphs(std::ostream& stream, std::string_view text)
 {
     while (!text.empty()) {
@@ -107,7 +103,7 @@ void WriteOption(std::ostream& stream, const CLI::Option& option)
     stream << '\n' << Roff(option.get_description()) << '\n';
 }
 
-// Each paragraph in lines of at most so many columns.
+// Wraps each paragraph to lines of at most width columns.
 std::string Wrapped(std::string_view text, std::size_t width)
 {
     std::string wrapped;
@@ -171,8 +167,9 @@ void WriteManual(std::ostream& stream, const CLI::App& app)
            "[\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-f\\fR \\fIPATTERN-FILE"
            "\\fR [\\fIFILE\\fR ...]\n.SH DESCRIPTION\n"
         << Roff(kDescription)
-        << " The first operand is the parsing string, unless \\-f names a file that holds it. "
-           "Without files, and for \\-, standard input is read.\n.SH OPTIONS\n";
+        << " The first operand is the parsing string, unless \\-f names a file that contains it. "
+           "If there are no input files, or if a file is \\-, sift reads standard input.\n"
+           ".SH OPTIONS\n";
     for (const CLI::Option* option : app.get_options()) {
         if (!option->get_positional() && !option->get_group().empty()) WriteOption(stream, *option);
     }

@@ -1,5 +1,7 @@
 #include "match_tracer.h"
 
+#include "Common/Pattern/pattern_whitespace_element.h"
+
 namespace NSift {
 
 namespace {

@@ -22,7 +22,7 @@ std::optional<std::uint8_t> NumberIn(const std::string& text, int base)
     return value;
 }
 
-// One character, an escape, or a number; digits are always a number.
+// text: one character, an escape or a number. Digits are always a number.
 std::optional<std::uint8_t> CharacterIn(const std::string& text)
 {
     if (const auto number = NumberIn(text, 10)) return number;
@@ -39,13 +39,13 @@ std::optional<std::uint8_t> CharacterIn(const std::string& text)
     }
 }
 
-// With mayBeMissing a file that isn't there yet is an empty one.
+// mayBeMissing: a file that doesn't exist reads as an empty one.
 std::string ReadWholeFile(const std::string& path, bool mayBeMissing)
 {
     if (mayBeMissing && !std::filesystem::exists(path)) return "";
     std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
-    // A folder can be opened, but not read; of an empty file nothing can be copied either.
+    // A folder opens but can't be read. Copying from an empty file would fail too.
     if (file.is_open() && file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
     if (!file.is_open() || file.bad() || std::filesystem::is_directory(path)) {
         throw CLI::ValidationError("-f", "can't read " + path);
@@ -53,7 +53,7 @@ std::string ReadWholeFile(const std::string& path, bool mayBeMissing)
     return text.str();
 }
 
-// Options that can't be asked for at once: each of the one side with each of the other.
+// Options that exclude each other: each of mOne excludes each of mOther.
 struct Exclusion {
     std::vector<const char*> mOne;
     std::vector<const char*> mOther;
@@ -74,13 +74,13 @@ void RefuseExclusions(const CLI::App& app)
         for (const char* const one : exclusion.mOne) {
             for (const char* const other : exclusion.mOther) {
                 if (app.count(one) == 0 || app.count(other) == 0) continue;
-                throw CLI::ValidationError(one, std::string("makes no sense with ") + other);
+                throw CLI::ValidationError(one, std::string("can't be combined with ") + other);
             }
         }
     }
 }
 
-// The options as they are written, before they are looked at together.
+// The options as written, before they are checked against each other.
 struct CommandLine {
     std::string mOperand;
     std::string mEomText = "\\n";
@@ -95,50 +95,50 @@ struct CommandLine {
 
 void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
 {
-    app.add_option("PATTERN", outLine.mOperand,
-                   "The parsing string; with -f the first file to read")
+    app.add_option("PATTERN", outLine.mOperand, "The parsing string; with -f, the first input file")
         ->option_text(" ");
     app.add_option("FILE", outOptions.mFiles,
-                   "Files to read; standard input without any, and for -")
+                   "Input files; - means standard input, which is also the default")
         ->option_text(" ");
 
     app.option_defaults()->group("The parsing string");
-    app.add_option("-f,--file", outOptions.mPatternFile, "Take the parsing string from FILE")
+    app.add_option("-f,--file", outOptions.mPatternFile, "Read the parsing string from FILE")
         ->option_text("FILE");
     app.add_flag("--explain", outLine.mExplain,
-                 "Tell in plain words what each piece of the parsing string takes and captures");
+                 "Explain in plain words what each piece of the parsing string takes and captures");
+    app.add_flag("--check", outLine.mCheck,
+                 "Compile the parsing string and list its outputs: name, type and id");
     app.add_flag(
-        "--check", outLine.mCheck,
-        "Only compile, and list the outputs that the parsing string makes: name, type, id");
-    app.add_flag("--edit", outOptions.mEdit,
-                 "Open the parsing string in an editor first, again and again until it compiles or "
-                 "you give up; with -f it is written back to FILE");
+        "--edit", outOptions.mEdit,
+        "Start by editing the parsing string in an editor, until it compiles or you give up; "
+        "with -f, write it back to FILE");
 
     app.option_defaults()->group("Messages");
     app.add_option("-e,--eom", outLine.mEomText,
                    "The end-of-message character: a character, an escape (\\n \\r \\t \\0 \\\\ "
-                   "\\xNN) or a number 0 to 255; line feed if not given, 0 for the end of the text")
+                   "\\xNN) or a number from 0 to 255. The default is line feed. With 0, a message "
+                   "ends at a NUL byte or at the end of the file")
         ->option_text("CHAR");
     app.add_flag("--hex", outLine.mHex,
-                 "Read messages written as hexadecimal digits with any blanks and commas between, "
-                 "one a line; the host's text ends at a byte 00");
+                 "Read messages written as hexadecimal digits, one message per line, with optional "
+                 "spaces and commas. A byte 00 ends the message, as in the host");
 
     app.option_defaults()->group("Output");
     app.add_flag("--misses", outOptions.mMisses,
                  "For each message that doesn't match, show where it stopped and why");
     app.add_flag("--trace", outOptions.mTrace,
                  "For each message that matches, show what each piece took");
-    app.add_flag("--json", outLine.mJson, "Print JSON, one object a line");
+    app.add_flag("--json", outLine.mJson, "Print JSON, one object per line");
     app.add_flag("--csv", outLine.mCsv,
-                 "Print comma-separated values below a line of the output names");
-    app.add_flag("--count", outLine.mCount, "Print only how many messages matched");
+                 "Print comma-separated values, after a header line with the output names");
+    app.add_flag("--count", outLine.mCount, "Print only the number of messages that matched");
 
     app.option_defaults()->group("Other");
     app.add_option("--plugin", outOptions.mPlugin,
-                   "The plug-in module to run; the one beside this program if not given")
+                   "The plug-in module to run. The default is the one that comes with sift")
         ->option_text("PATH");
-    app.set_help_flag("-h,--help", "Print this help, and end")->group("Other");
-    app.add_flag("--man", outLine.mManual, "Print the manual page")->group("");
+    app.set_help_flag("-h,--help", "Print this help and exit")->group("Other");
+    app.add_flag("--man", outLine.mManual, "Print the manual page and exit")->group("");
 }
 
 void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptions)
@@ -163,12 +163,12 @@ void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptio
     const auto eomChar = CharacterIn(line.mEomText);
     if (!eomChar)
         throw CLI::ValidationError("--eom", "'" + line.mEomText +
-                                                "' is no character: write one as it is, or as "
-                                                "\\n \\r \\t \\0 \\\\ \\xNN, or as a number "
-                                                "0 to 255");
+                                                "' isn't a character: write the character "
+                                                "itself, an escape (\\n \\r \\t \\0 \\\\ \\xNN) "
+                                                "or a number from 0 to 255");
     outOptions.mEomChar = line.mHex ? std::uint8_t{0} : *eomChar;
     outOptions.mInputForm = line.mHex ? InputForm::kHexLines : InputForm::kRaw;
-    // A bare name would be searched for among the system's libraries.
+    // The loader would search for a name without a folder among the system's libraries.
     outOptions.mPlugin = outOptions.mPlugin.empty()
                              ? NSystem::DefaultPluginPath()
                              : std::filesystem::absolute(outOptions.mPlugin).string();

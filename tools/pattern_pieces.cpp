@@ -31,10 +31,8 @@ PieceKind KindOf(const Element& element)
 
 std::vector<Parameter> CapturesOf(const Element& element)
 {
-    NPattern::ParameterList list;
-    element.CollectParameters(list);
     std::vector<Parameter> captures;
-    for (const Parameter* const capture : list) captures.push_back(*capture);
+    element.CollectParameters(captures);
     return captures;
 }
 

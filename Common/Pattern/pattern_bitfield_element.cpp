@@ -8,22 +8,23 @@ namespace {
 
 constexpr char kSourceFile[] = "pattern_bitfield_element.cpp";
 
-// The width of the value of a range. A wider range has no value that could be handed out.
+// The width of a value that is handed out, and so of the widest range.
 constexpr std::int32_t kMostBits = 32;
 
-// As many as a 64-bit number has.
+// Bytes in a 64-bit number.
 constexpr std::int32_t kMostNumberBytes = 8;
 
-[[noreturn]] void ThrowInvalid()
+[[noreturn]] void ThrowInvalid(int line)
 {
-    throw PatternException(kSourceFile, __LINE__, "Invalid bitfield token");
+    throw WithCode(kErrorInvalidBitfield,
+                   PatternException(kSourceFile, line, "Invalid bitfield token"));
 }
 
 const LToken& RequireToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor,
                            LTokenType wantedType, const char* wantedText)
 {
     const LToken* token = nullptr;
-    if (!ExpectToken(tokens, ioCursor, token, wantedType, wantedText)) ThrowInvalid();
+    if (!ExpectToken(tokens, ioCursor, token, wantedType, wantedText)) ThrowInvalid(__LINE__);
     return *token;
 }
 
@@ -33,7 +34,7 @@ BitfieldField ParseField(const std::vector<LToken>& tokens, TokenCursor& ioCurso
     field.mType = kTypeLInteger;
     const LToken* name = nullptr;
     const LToken* equals = nullptr;
-    // A name without its '=' is dropped, and the range stays without one.
+    // A name without its '=' is dropped, and the range has no name.
     if (ExpectToken(tokens, ioCursor, name, kIdentifier, nullptr) &&
         ExpectToken(tokens, ioCursor, equals, kSymbol, "=")) {
         field.mName = name->mText;
@@ -43,7 +44,7 @@ BitfieldField ParseField(const std::vector<LToken>& tokens, TokenCursor& ioCurso
     const std::int32_t other = RequireToken(tokens, ioCursor, kNumber, nullptr).mValue;
     field.mStartBit = std::min(one, other);
     field.mEndBit = std::max(one, other);
-    if (field.mEndBit - field.mStartBit >= kMostBits) ThrowInvalid();
+    if (field.mEndBit - field.mStartBit >= kMostBits) ThrowInvalid(__LINE__);
     return field;
 }
 
@@ -53,10 +54,10 @@ bool ParseBigEndian(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
     if (!ExpectToken(tokens, ioCursor, token, kSymbol, ":")) return true;
     if (ExpectToken(tokens, ioCursor, token, kIdentifier, "L")) return false;
     if (ExpectToken(tokens, ioCursor, token, kIdentifier, "B")) return true;
-    ThrowInvalid();
+    ThrowInvalid(__LINE__);
 }
 
-// The number that count bytes make, at most kMostNumberBytes.
+// Returns the number that count bytes make, at most kMostNumberBytes.
 std::uint64_t ReadNumber(const Byte* bytes, std::int32_t count, bool bigEndian)
 {
     std::uint64_t number = 0;
@@ -108,7 +109,7 @@ const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
     const bool isOneNumber = mByteCount <= kMostNumberBytes;
     const std::uint64_t block = isOneNumber ? ReadNumber(data, mByteCount, mBigEndian) : 0;
     for (BitfieldField& field : mFields) {
-        // All fields of most blocks are cut from one number, which is then read once.
+        // Common case: the block is one number, read once for all fields.
         const std::uint64_t bits =
             isOneNumber ? block : ReadNumber(data + field.mFirstByte, field.mByteSpan, mBigEndian);
         field.SetIntegerValue(static_cast<std::uint32_t>(bits >> field.mShift & field.mMask));
@@ -116,7 +117,7 @@ const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
     return data + mByteCount;
 }
 
-// The 32 bits of a field of a larger block, wherever they start, lie in at most five bytes.
+// In a larger block the 32 bits of a field lie in at most five bytes, wherever they start.
 void BitfieldElement::PlaceFields()
 {
     for (BitfieldField& field : mFields) {
@@ -134,9 +135,15 @@ void BitfieldElement::PlaceFields()
     }
 }
 
-void BitfieldElement::CollectParameters(ParameterList& ioList) const
+void BitfieldElement::CollectParameters(std::vector<Parameter>& ioList) const
 {
-    for (const BitfieldField& field : mFields) ioList.push_back(&field);
+    for (const BitfieldField& field : mFields) ioList.push_back(field);
+}
+
+void BitfieldElement::Emit(Program& ioProgram)
+{
+    ioProgram.AddElement(*this);
+    for (const BitfieldField& field : mFields) ioProgram.AddCapture(field);
 }
 
 }  // namespace NPattern

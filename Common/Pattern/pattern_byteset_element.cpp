@@ -1,8 +1,6 @@
 #include "pattern_byteset_element.h"
 
 #include <algorithm>
-#include <iterator>
-#include <string_view>
 
 namespace NPattern {
 
@@ -10,29 +8,12 @@ namespace {
 
 constexpr char kSourceFile[] = "pattern_byteset_element.cpp";
 
-constexpr std::int32_t kNoCount = -1;
-
-enum ByteClassKind { kClassNone, kClassAnyByte, kClassLetter, kClassCharacter };
-
-struct ByteClassRow {
-    std::string_view mWord;
-    ByteClassKind mKind;
-};
-
-constexpr ByteClassRow kByteClasses[] = {
-    {"?", kClassAnyByte},           {"byte", kClassAnyByte},         {"bytes", kClassAnyByte},
-    {"c", kClassCharacter},         {"char", kClassCharacter},       {"chars", kClassCharacter},
-    {"character", kClassCharacter}, {"characters", kClassCharacter}, {"a", kClassLetter},
-    {"letter", kClassLetter},       {"letters", kClassLetter},
-};
-
-ByteClassKind FindByteClass(const LToken& token)
+[[noreturn]] void ThrowNoSet(int line)
 {
-    const auto* const row = std::find_if(
-        std::begin(kByteClasses), std::end(kByteClasses),
-        [&](const ByteClassRow& r) { return EqualsIgnoringCase(r.mWord, token.mText); });
-    return row == std::end(kByteClasses) ? kClassNone : row->mKind;
+    throw WithCode(kErrorWrongForm, PatternException(kSourceFile, line, "Not a BytesetElement"));
 }
+
+constexpr std::int32_t kNoCount = -1;  // no count was written before a class word
 
 bool IsInClass(Byte b, ByteClassKind kind)
 {
@@ -45,44 +26,57 @@ bool IsInClass(Byte b, ByteClassKind kind)
     return false;
 }
 
-// What a token of a set body can be to the tables below.
+// The classes of a token in a set body: the columns of the tables below.
 enum TokenClass { kNegation, kRange, kClosing, kMember, kEndOfTokens, kTokenClassCount };
 
-// States of a set body. Entering a negative one ends it: kDone well, any below that in an error.
+// The states of a set body: the rows of the tables. Entering a negative one ends the body, with an
+// error unless it is kDone.
 enum SetState {
+    kUnclosedRange = -4,  // the closing bracket after a '-' of a byte set
+    kMisplaced = -3,      // a sign out of place, or a range without its end
+    kUnfinished = -2,     // an empty set, or no closing bracket
     kDone = -1,
     kStart = 0,
-    kBehindNegation,
-    kBehindMember,
-    kBehindMemberAndRange,
-    kBehindRange,
+    kAfterNegation,
+    kAfterMember,
+    kAfterMemberAndRange,
+    kAfterRange,
     kSetStateCount
 };
 
-using SetTable = int[kSetStateCount][kTokenClassCount];
+using SetTable = SetState[kSetStateCount][kTokenClassCount];
 
-// Out of place, a '^' or '-' is a plain member here, as the upper bound of a range too.
+// Columns: '^', '-', ']', any other token, the end. Out of place, a '^' or '-' is a plain member,
+// also as the upper bound of a range.
 constexpr SetTable kCharacterSetTable = {
-    //   ^   -   ]  other end
-    {1, 2, -2, 2, -2},  // kStart
-    {2, 2, -2, 2, -2},  // kBehindNegation
-    {2, 3, -1, 2, -2},  // kBehindMember
-    {4, 4, -3, 4, -3},  // kBehindMemberAndRange
-    {2, 2, -1, 2, -2},  // kBehindRange
+    // kStart
+    {kAfterNegation, kAfterMember, kUnfinished, kAfterMember, kUnfinished},
+    // kAfterNegation
+    {kAfterMember, kAfterMember, kUnfinished, kAfterMember, kUnfinished},
+    // kAfterMember
+    {kAfterMember, kAfterMemberAndRange, kDone, kAfterMember, kUnfinished},
+    // kAfterMemberAndRange
+    {kAfterRange, kAfterRange, kMisplaced, kAfterRange, kMisplaced},
+    // kAfterRange
+    {kAfterMember, kAfterMember, kDone, kAfterMember, kUnfinished},
 };
 
-// Out of place, a '^' or '-' is an error here.
+// Columns: '^', '-', '}', any other token, the end. Out of place, a '^' or '-' is an error.
 constexpr SetTable kByteSetTable = {
-    //   ^   -   }  other end
-    {1, -3, -2, 2, -2},   // kStart
-    {-3, -3, -2, 2, -2},  // kBehindNegation
-    {-3, 3, -1, 2, -2},   // kBehindMember
-    {-3, -3, -4, 4, -2},  // kBehindMemberAndRange
-    {-3, -3, -1, 2, -2},  // kBehindRange
+    // kStart
+    {kAfterNegation, kMisplaced, kUnfinished, kAfterMember, kUnfinished},
+    // kAfterNegation
+    {kMisplaced, kMisplaced, kUnfinished, kAfterMember, kUnfinished},
+    // kAfterMember
+    {kMisplaced, kAfterMemberAndRange, kDone, kAfterMember, kUnfinished},
+    // kAfterMemberAndRange
+    {kMisplaced, kMisplaced, kUnclosedRange, kAfterRange, kUnfinished},
+    // kAfterRange
+    {kMisplaced, kMisplaced, kDone, kAfterMember, kUnfinished},
 };
 
-// A member is the first byte of the text whatever kind of token it is: behind a bracket that
-// switched the lexer's mode, the body goes on in words and numbers.
+// A member is the first byte of the text, whatever the type of the token: after a bracket that
+// changed the mode of the lexer, the body goes on in words and numbers.
 Byte CharacterSetValue(const LToken& token)
 {
     const Byte first = token.mText.empty() ? Byte{0} : static_cast<Byte>(token.mText.front());
@@ -94,7 +88,7 @@ Byte ByteSetValue(const LToken& token)
     return static_cast<Byte>(token.mValue);
 }
 
-// In a byte set no token is escaped, so that the test of mEscaped serves both kinds of set.
+// No token of a byte set is escaped, so the test of mEscaped serves both kinds of set.
 TokenClass ClassOf(const std::vector<LToken>& tokens, TokenCursor cursor, std::string_view closing)
 {
     if (cursor >= tokens.size()) return kEndOfTokens;
@@ -107,7 +101,7 @@ TokenClass ClassOf(const std::vector<LToken>& tokens, TokenCursor cursor, std::s
 
 }  // namespace
 
-// What tells the two kinds of set apart while their bodies are read.
+// How the bodies of the two kinds of set differ.
 struct BytesetElement::SetSyntax {
     const SetTable& mTable;
     std::string_view mClosing;
@@ -120,26 +114,34 @@ constexpr BytesetElement::SetSyntax BytesetElement::kCharacterSetSyntax{
 constexpr BytesetElement::SetSyntax BytesetElement::kByteSetSyntax{kByteSetTable, "}", ByteSetValue,
                                                                    "Invalid byte set"};
 
+ByteClassKind FindByteClass(std::string_view word)
+{
+    const auto* const row =
+        std::find_if(kByteClasses.begin(), kByteClasses.end(),
+                     [word](const ByteClassRow& r) { return EqualsIgnoringCase(r.mWord, word); });
+    return row != kByteClasses.end() ? row->mKind : kClassNone;
+}
+
 bool BytesetElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     cursor = SkipDeclaration(tokens, cursor);
     if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
     const LToken& token = TokenAt(tokens, cursor);
     if (token.mType != kIdentifier && token.mType != kSymbol) return false;
-    return token.mText == "[" || token.mText == "{" || FindByteClass(token) != kClassNone;
+    return token.mText == "[" || token.mText == "{" || FindByteClass(token.mText) != kClassNone;
 }
 
 BytesetElement::BytesetElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
     ParseDeclaration(tokens, ioCursor);
     if (ParseNamedClass(tokens, ioCursor)) return;
-    const BracketForm form = ParseOpenBrackets(tokens, ioCursor);
-    if (form == kSingleBracket || form == kDoubleBracket) {
-        ParseCharacterSet(tokens, ioCursor);
-    } else {
+    mForm = ParseOpenBrackets(tokens, ioCursor);
+    if (IsInBraces()) {
         ParseByteSet(tokens, ioCursor);
+    } else {
+        ParseCharacterSet(tokens, ioCursor);
     }
-    ParseCloseBrackets(tokens, ioCursor, form);
+    ParseCloseBrackets(tokens, ioCursor, mForm);
 }
 
 bool BytesetElement::ParseNamedClass(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
@@ -155,14 +157,15 @@ bool BytesetElement::ParseNamedClass(const std::vector<LToken>& tokens, TokenCur
         !ExpectToken(tokens, cursor, token, kSymbol, nullptr)) {
         return false;
     }
-    const ByteClassKind kind = FindByteClass(*token);
+    const ByteClassKind kind = FindByteClass(token->mText);
     if (kind == kClassNone) return false;
 
     for (unsigned b = 0; b < mMembers.size(); ++b) {
         mMembers[b] = IsInClass(static_cast<Byte>(b), kind) ? 1 : 0;
     }
     mBinary = kind == kClassAnyByte;
-    // Without a count a class of any byte is one byte: a run of them would take all that is left.
+    mClass = kind;
+    // Without a count, any byte means one byte: a run of them would take all that is left.
     if (mLength == kNoCount) mLength = kind == kClassAnyByte ? 1 : 0;
     ioCursor = cursor;
     return true;
@@ -178,7 +181,7 @@ BytesetElement::BracketForm BytesetElement::ParseOpenBrackets(const std::vector<
     } else if (ExpectToken(tokens, ioCursor, token, kSymbol, "{")) {
         form = ExpectToken(tokens, ioCursor, token, kSymbol, "{") ? kDoubleBrace : kSingleBrace;
     } else {
-        throw PatternException(kSourceFile, __LINE__, "Not a BytesetElement");
+        ThrowNoSet(__LINE__);
     }
     mLength = form == kDoubleBracket || form == kDoubleBrace ? 1 : 0;
     return form;
@@ -202,16 +205,16 @@ void BytesetElement::ParseSetBody(const std::vector<LToken>& tokens, TokenCursor
     mMembers.fill(0);
     bool negate = false;
     Byte previous = 0;
-    int state = kStart;
+    SetState state = kStart;
     while ((state = syntax.mTable[state][ClassOf(tokens, ioCursor, syntax.mClosing)]) > kDone) {
         const Byte value = syntax.mValueOf(tokens[ioCursor]);
         switch (state) {
-            case kBehindNegation: negate = true; break;
-            case kBehindMember:
+            case kAfterNegation: negate = true; break;
+            case kAfterMember:
                 mMembers[value] = 1;
                 previous = value;
                 break;
-            case kBehindRange: {
+            case kAfterRange: {
                 const auto [low, high] = std::minmax(previous, value);
                 std::fill(mMembers.begin() + low, mMembers.begin() + high + 1, 1U);
                 break;
@@ -220,7 +223,10 @@ void BytesetElement::ParseSetBody(const std::vector<LToken>& tokens, TokenCursor
         }
         ++ioCursor;
     }
-    if (state != kDone) throw PatternException(kSourceFile, __LINE__, "%s", syntax.mError);
+    if (state != kDone) {
+        throw WithCode(kErrorInvalidSet,
+                       PatternException(kSourceFile, __LINE__, "%s", syntax.mError));
+    }
     if (negate) {
         for (std::uint32_t& member : mMembers) member = member == 0 ? 1 : 0;
     }
@@ -242,7 +248,7 @@ void BytesetElement::ParseCloseBrackets(const std::vector<LToken>& tokens, Token
     const bool isDouble = form == kDoubleBracket || form == kDoubleBrace;
     for (int count = isDouble ? 2 : 1; count > 0; --count) {
         if (!ExpectToken(tokens, ioCursor, token, kSymbol, closing)) {
-            throw PatternException(kSourceFile, __LINE__, "Not a BytesetElement");
+            ThrowNoSet(__LINE__);
         }
     }
 }
@@ -278,16 +284,15 @@ const Byte* BytesetElement::Match(const Byte* data, std::uint32_t length)
     return mBinary ? CaptureBytes(data, end) : CaptureText(data, end, false);
 }
 
-void BytesetElement::CollectText(TextPieceList& ioPieces) const
+void BytesetElement::Emit(Program& ioProgram)
 {
     const auto isMember = [](std::uint32_t member) { return member != 0; };
-    if (mLength != 1 || mParameter.mType != kTypeNone ||
-        std::count_if(mMembers.begin(), mMembers.end(), isMember) != 1) {
-        return;
-    }
+    const bool isText = mLength == 1 && mParameter.mType == kTypeNone &&
+                        std::count_if(mMembers.begin(), mMembers.end(), isMember) == 1;
+    if (!isText) return Element::Emit(ioProgram);
     const auto member = std::find_if(mMembers.begin(), mMembers.end(), isMember);
     const char text = static_cast<char>(member - mMembers.begin());
-    ioPieces.emplace_back(std::string_view(&text, 1), true);
+    ioProgram.AddText(std::string_view(&text, 1), true);
 }
 
 }  // namespace NPattern

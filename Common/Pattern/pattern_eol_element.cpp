@@ -21,17 +21,17 @@ const Byte* FindByte(const Byte* data, const Byte* end, Byte wanted)
     return found != nullptr ? static_cast<const Byte*>(found) : end;
 }
 
-// The first line end, or end. Searched in pieces: memchr reads many bytes at a time, but it would
-// read all of a long message for a line feed where carriage returns end the lines.
+// The first line end, or end. Searched in blocks: memchr reads many bytes at a time, but it would
+// read all of a long message for a line feed if carriage returns end the lines.
 const Byte* FindLineEnd(const Byte* data, const Byte* end)
 {
-    constexpr std::ptrdiff_t kPieceSize = 256;
+    constexpr std::ptrdiff_t kBlockSize = 256;
     while (data != end) {
-        const Byte* const pieceEnd = end - data > kPieceSize ? data + kPieceSize : end;
-        const Byte* const lineFeed = FindByte(data, pieceEnd, '\n');
+        const Byte* const blockEnd = end - data > kBlockSize ? data + kBlockSize : end;
+        const Byte* const lineFeed = FindByte(data, blockEnd, '\n');
         const Byte* const lineEnd = FindByte(data, lineFeed, '\r');
-        if (lineEnd != pieceEnd) return lineEnd;
-        data = pieceEnd;
+        if (lineEnd != blockEnd) return lineEnd;
+        data = blockEnd;
     }
     return end;
 }
@@ -49,7 +49,8 @@ EOLElement::EOLElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
     ParseDeclaration(tokens, ioCursor);
     const LToken* token = nullptr;
     if (!ExpectToken(tokens, ioCursor, token, kIdentifier, "eol")) {
-        throw PatternException(kSourceFile, __LINE__, "Not an EOLElement");
+        throw WithCode(kErrorWrongForm,
+                       PatternException(kSourceFile, __LINE__, "Not an EOLElement"));
     }
 }
 
@@ -65,7 +66,7 @@ const Byte* EOLElement::Match(const Byte* data, std::uint32_t length)
     const Byte* const end = data + length;
     const Byte* const rest = std::find_if_not(FindLineEnd(data, end), end, IsLineEnd);
     if (mParameter.mType != kTypeNone) {
-        // A capture that starts with a NUL has length 0, and is then a text that ends at that NUL.
+        // A capture that starts with a NUL has length 0, which means a text that ends at that NUL.
         const auto textLength = static_cast<std::uint32_t>(FindByte(data, rest, 0) - data);
         mParameter.SetTextValue(data, textLength, false);
     }

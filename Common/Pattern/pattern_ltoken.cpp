@@ -1,9 +1,8 @@
 #include "pattern_ltoken.h"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 #include <limits>
+#include <string_view>
 
 namespace NPattern {
 
@@ -11,32 +10,20 @@ namespace {
 
 constexpr char kSourceFile[] = "pattern_ltoken.cpp";
 
-constexpr std::size_t kMessageLimit = 2048;
-
 constexpr std::string_view kNormalSymbols = "[]{}()^-:=,#.?";
 constexpr std::string_view kByteSetSymbols = "{}^-";
 
-// The place of a lexical error is part of what the host sees: two bytes before the cursor, and so
-// one before a byte that was just rejected. Whoever draws a mark counts on that.
+// The host sees the place of a lexical error, and whoever draws a mark counts on it: two bytes
+// before the cursor, and so one byte before a byte that was just rejected.
 constexpr std::int32_t kLexerPositionOffset = -2;
 
-// What printf would write, NUL bytes included, cut at kMessageLimit. Kept in a buffer of its own
-// until va_end has run: making the string can throw.
-class FormattedMessage {
-  public:
-    FormattedMessage(const char* format, std::va_list arguments) noexcept
-    {
-        const int length = std::vsnprintf(mBuffer, sizeof mBuffer,
-                                          format != nullptr ? format : "Unknown error", arguments);
-        // Negative for a text that is longer than an int tells.
-        mLength = std::min(static_cast<std::size_t>(std::max(length, 0)), kMessageLimit);
-    }
-    std::string_view Text() const { return {mBuffer, mLength}; }
-
-  private:
-    char mBuffer[kMessageLimit + 1];
-    std::size_t mLength;
-};
+template <typename... Arguments>
+[[noreturn]] void ThrowAt(int line, PatternErrorCode code, const std::string& parseString,
+                          std::size_t cursor, const char* format, Arguments... arguments)
+{
+    throw WithCode(code, PatternSyntaxException(kSourceFile, line, parseString, cursor,
+                                                kLexerPositionOffset, format, arguments...));
+}
 
 bool AtEnd(const std::string& parseString, std::size_t cursor)
 {
@@ -60,13 +47,18 @@ void SkipWhile(const std::string& parseString, std::size_t& ioCursor, Predicate 
     while (!AtEnd(parseString, ioCursor) && predicate(ByteAt(parseString, ioCursor))) ++ioCursor;
 }
 
-// Moves the cursor behind the longest run that fits, and gives the text from start on.
+// Moves the cursor past the longest run that fits, and returns the text from start on.
 template <typename Predicate>
 std::string TakeWhile(const std::string& parseString, std::size_t start, std::size_t& ioCursor,
                       Predicate predicate)
 {
     SkipWhile(parseString, ioCursor, predicate);
     return parseString.substr(start, ioCursor - start);
+}
+
+void SkipBeforeToken(const std::string& parseString, std::size_t& ioCursor, LexerMode mode)
+{
+    SkipWhile(parseString, ioCursor, [mode](Byte b) { return IsSkipped(b, mode); });
 }
 
 void SetSymbol(LToken& outToken, Byte symbol)
@@ -76,7 +68,7 @@ void SetSymbol(LToken& outToken, Byte symbol)
     outToken.mChar = symbol;
 }
 
-// The decimal value, 2147483647 where the digits leave 32 bits.
+// The decimal value, or 2147483647 if that is less.
 std::int32_t DecimalValue(const std::string& digits)
 {
     constexpr std::int64_t kLargest = std::numeric_limits<std::int32_t>::max();
@@ -85,20 +77,24 @@ std::int32_t DecimalValue(const std::string& digits)
     return static_cast<std::int32_t>(value);
 }
 
+void DemandMoreOfSet(const std::string& parseString, std::size_t cursor)
+{
+    if (AtEnd(parseString, cursor)) {
+        ThrowAt(__LINE__, kErrorUnclosedSet, parseString, cursor, "End of input in character set");
+    }
+}
+
 LToken NextCharacterSetToken(const std::string& parseString, std::size_t& ioCursor)
 {
-    SkipWhile(parseString, ioCursor, [](Byte b) { return b == '\r' || b == '\n'; });
-    if (AtEnd(parseString, ioCursor)) {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "End of input in character set");
-    }
+    SkipBeforeToken(parseString, ioCursor, kCharacterSetMode);
+    DemandMoreOfSet(parseString, ioCursor);
     LToken token;
     token.mPosition = static_cast<std::int32_t>(ioCursor);
     if (ByteAt(parseString, ioCursor) == '\\') {
         ++ioCursor;
         if (AtEnd(parseString, ioCursor)) {
-            throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                         kLexerPositionOffset, "End of input in escape sequence");
+            ThrowAt(__LINE__, kErrorUnfinishedEscape, parseString, ioCursor,
+                    "End of input in escape sequence");
         }
         token.mEscaped = true;
     }
@@ -109,11 +105,8 @@ LToken NextCharacterSetToken(const std::string& parseString, std::size_t& ioCurs
 
 LToken NextByteSetToken(const std::string& parseString, std::size_t& ioCursor)
 {
-    SkipWhile(parseString, ioCursor, [](Byte b) { return IsSpace(b) || b == ','; });
-    if (AtEnd(parseString, ioCursor)) {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "End of input in character set");
-    }
+    SkipBeforeToken(parseString, ioCursor, kByteSetMode);
+    DemandMoreOfSet(parseString, ioCursor);
     LToken token;
     const std::size_t start = ioCursor;
     token.mPosition = static_cast<std::int32_t>(start);
@@ -124,14 +117,13 @@ LToken NextByteSetToken(const std::string& parseString, std::size_t& ioCursor)
         return token;
     }
     if (!IsHexDigit(first)) {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "Unexpected character '%c'", first);
+        ThrowAt(__LINE__, kErrorUnexpectedCharacter, parseString, ioCursor,
+                "Unexpected character '%c'", first);
     }
     token.mType = kHexByte;
     token.mText = TakeWhile(parseString, start, ioCursor, IsHexDigit);
     if (token.mText.size() != 2) {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "Invalid byte value");
+        ThrowAt(__LINE__, kErrorInvalidByteValue, parseString, ioCursor, "Invalid byte value");
     }
     token.mChar = static_cast<Byte>(HexDigitValue(first) * 16 +
                                     HexDigitValue(ByteAt(parseString, start + 1)));
@@ -139,7 +131,7 @@ LToken NextByteSetToken(const std::string& parseString, std::size_t& ioCursor)
     return token;
 }
 
-// Reads up to and over the closing quote; the cursor stands behind the opening one.
+// Reads up to and over the closing quote. The cursor is just past the opening one.
 std::string TakeQuotedText(const std::string& parseString, std::size_t& ioCursor, Byte quote)
 {
     std::string text;
@@ -158,12 +150,11 @@ std::string TakeQuotedText(const std::string& parseString, std::size_t& ioCursor
         }
     }
     if (AtEnd(parseString, ioCursor)) {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "Unmatched %c quote", quote);
+        ThrowAt(__LINE__, kErrorUnmatchedQuote, parseString, ioCursor, "Unmatched %c quote", quote);
     }
     if (text.empty()) {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "Quoted strings can't be empty");
+        ThrowAt(__LINE__, kErrorEmptyQuotes, parseString, ioCursor,
+                "Quoted strings can't be empty");
     }
     ++ioCursor;
     return text;
@@ -172,7 +163,7 @@ std::string TakeQuotedText(const std::string& parseString, std::size_t& ioCursor
 LToken NextNormalToken(const std::string& parseString, std::size_t& ioCursor)
 {
     LToken token;
-    SkipWhile(parseString, ioCursor, IsSpace);
+    SkipBeforeToken(parseString, ioCursor, kNormalMode);
     if (AtEnd(parseString, ioCursor)) return token;
 
     const std::size_t start = ioCursor;
@@ -193,33 +184,13 @@ LToken NextNormalToken(const std::string& parseString, std::size_t& ioCursor)
         token.mText =
             TakeWhile(parseString, start, ioCursor, [](Byte b) { return IsAlnum(b) || b == '_'; });
     } else {
-        throw PatternSyntaxException(kSourceFile, __LINE__, parseString, ioCursor,
-                                     kLexerPositionOffset, "Unexpected character '%c'", first);
+        ThrowAt(__LINE__, kErrorUnexpectedCharacter, parseString, ioCursor,
+                "Unexpected character '%c'", first);
     }
     return token;
 }
 
-// Brackets aren't paired: an unescaped one switches whatever mode is in force.
-LexerMode ModeBehind(const LToken& token, LexerMode mode)
-{
-    if (token.mType != kSymbol || token.mEscaped) return mode;
-    switch (token.mChar) {
-        case '[': return kCharacterSetMode;
-        case '{': return kByteSetMode;
-        case ']':
-        case '}': return kNormalMode;
-        default: return mode;
-    }
-}
-
 }  // namespace
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return ToLower(static_cast<Byte>(x)) == ToLower(static_cast<Byte>(y));
-    });
-}
 
 void Tokenize(std::vector<LToken>& outTokens, const std::string& parseString)
 {
@@ -228,7 +199,7 @@ void Tokenize(std::vector<LToken>& outTokens, const std::string& parseString)
     LexerMode mode = kNormalMode;
     do {
         outTokens.push_back(NextToken(parseString, cursor, mode));
-        mode = ModeBehind(outTokens.back(), mode);
+        mode = ModeAfter(outTokens.back(), mode);
     } while (outTokens.back().mType != kEnd);
 }
 
@@ -242,60 +213,37 @@ LToken NextToken(const std::string& parseString, std::size_t& ioCursor, LexerMod
     return NextNormalToken(parseString, ioCursor);
 }
 
-PatternException::PatternException(const char* file, int line)
-    : mFile(file != nullptr ? file : "<unknown>"), mLine(line)
+// Brackets are not paired: an unescaped one changes the mode whatever it was.
+LexerMode ModeAfter(const LToken& token, LexerMode mode)
 {
+    if (token.mType != kSymbol || token.mEscaped) return mode;
+    switch (token.mChar) {
+        case '[': return kCharacterSetMode;
+        case '{': return kByteSetMode;
+        case ']':
+        case '}': return kNormalMode;
+        default: return mode;
+    }
 }
 
-PatternException::PatternException(const char* file, int line, const char* format, ...)
-    : PatternException(file, line)
+bool IsSkipped(Byte b, LexerMode mode)
 {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const FormattedMessage message(format, arguments);
-    va_end(arguments);
-    mMessage = message.Text();
+    switch (mode) {
+        case kCharacterSetMode: return b == '\r' || b == '\n';
+        case kByteSetMode: return IsSpace(b) || b == ',';
+        case kNormalMode: break;
+    }
+    return IsSpace(b);
 }
 
-PatternException::~PatternException() = default;
-
-std::string PatternException::Message() const
+Byte TranslateEscape(Byte b)
 {
-    return mMessage;
-}
-
-PatternSyntaxException::PatternSyntaxException(const char* file, int line,
-                                               const std::string& parseString, std::size_t cursor,
-                                               std::int32_t positionOffset, const char* format, ...)
-    : PatternException(file, line),
-      mPosition(static_cast<std::int32_t>(static_cast<std::uint32_t>(cursor) +
-                                          static_cast<std::uint32_t>(positionOffset))),
-      mOffendingText(1, static_cast<char>(ByteAt(parseString, cursor)))
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const FormattedMessage message(format, arguments);
-    va_end(arguments);
-    mMessage = message.Text();
-}
-
-PatternSyntaxException::PatternSyntaxException(const char* file, int line, std::int32_t position,
-                                               const std::string& offendingText, const char* format,
-                                               ...)
-    : PatternException(file, line), mPosition(position), mOffendingText(offendingText)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const FormattedMessage message(format, arguments);
-    va_end(arguments);
-    mMessage = message.Text();
-}
-
-std::string PatternSyntaxException::Message() const
-{
-    return PatternException(nullptr, 0, "Syntax error at character %i (%s): %s.", mPosition,
-                            mOffendingText.c_str(), mMessage.c_str())
-        .mMessage;
+    switch (b) {
+        case 'n': return '\n';
+        case 'r': return '\r';
+        case 't': return '\t';
+        default: return b;
+    }
 }
 
 }  // namespace NPattern

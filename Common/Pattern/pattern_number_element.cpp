@@ -1,9 +1,8 @@
 #include "pattern_number_element.h"
 
 #include <algorithm>
-#include <iterator>
-#include <limits>
-#include <string_view>
+
+#include "pattern_numbers.h"
 
 namespace NPattern {
 
@@ -11,30 +10,15 @@ namespace {
 
 constexpr char kSourceFile[] = "pattern_number_element.cpp";
 
-enum KindWord { kKindNone, kKindDigit, kKindHex, kKindPoint };
-
-struct KindWordRow {
-    std::string_view mWord;
-    KindWord mKind;
-};
-
-constexpr KindWordRow kKindWords[] = {
-    {"x", kKindHex},       {"hex", kKindHex},      {"#", kKindDigit},
-    {"digit", kKindDigit}, {"digits", kKindDigit}, {".", kKindPoint},
-};
-
-KindWord FindKindWord(const LToken& token)
+[[noreturn]] void ThrowNoNumber(int line)
 {
-    const auto* const row = std::find_if(
-        std::begin(kKindWords), std::end(kKindWords),
-        [&token](const KindWordRow& r) { return EqualsIgnoringCase(r.mWord, token.mText); });
-    return row == std::end(kKindWords) ? kKindNone : row->mKind;
+    throw WithCode(kErrorWrongForm, PatternException(kSourceFile, line, "Not a NumberElement"));
 }
 
 KindWord ClassifyKindWord(const LToken& token)
 {
-    const KindWord kind = FindKindWord(token);
-    if (kind == kKindNone) throw PatternException(kSourceFile, __LINE__, "Not a NumberElement");
+    const KindWord kind = FindKindWord(token.mText);
+    if (kind == kKindNone) ThrowNoNumber(__LINE__);
     return kind;
 }
 
@@ -49,22 +33,22 @@ KindWord TakeKindWord(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
     const LToken* token = nullptr;
     if (!ExpectToken(tokens, ioCursor, token, kIdentifier, nullptr) &&
         !ExpectToken(tokens, ioCursor, token, kSymbol, nullptr)) {
-        throw PatternException(kSourceFile, __LINE__, "Not a NumberElement");
+        ThrowNoNumber(__LINE__);
     }
     return ClassifyKindWord(*token);
 }
 
-// A run of digits within the bytes that may be read, read as one number on the way.
+// A run of digits, converted to a number while it is scanned.
 struct DigitRun {
     const Byte* mEnd;      // just past the run
-    std::uint64_t mValue;  // what the digits say, as long as they are few enough to fit
+    std::uint64_t mValue;  // the number; without meaning if there are too many digits to fit
 };
 
-// More digits than these may leave 64 bits.
+// Any number of at most this many digits fits 64 bits.
 constexpr std::ptrdiff_t kMostQuickDigits = 19;
 constexpr std::ptrdiff_t kMostQuickHexDigits = 16;
 
-// limit: the most digits taken, 0 for any number. value: what the digits before it said.
+// limit: the most digits taken; 0: no limit. value: the number that the digits before the run make.
 template <unsigned kRadix>
 DigitRun TakeDigits(const Byte* data, const Byte* end, std::int32_t limit, std::uint64_t value)
 {
@@ -82,26 +66,27 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
                                    1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                    1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-// A whole number up to here is a double exactly, and so its quotient by a power of ten of the
-// table is rounded once: to the same double that atof gives.
+// A double holds any whole number up to this one exactly, so its quotient by a power of ten of the
+// table is rounded once: to the double that atof returns.
 constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
 
-std::int32_t Clamped(std::uint64_t magnitude, bool negative)
-{
-    constexpr std::uint64_t kLargest = std::numeric_limits<std::int32_t>::max();
-    const auto clamped =
-        static_cast<std::int64_t>(std::min(magnitude, negative ? kLargest + 1 : kLargest));
-    return static_cast<std::int32_t>(negative ? -clamped : clamped);
-}
-
 }  // namespace
+
+KindWord FindKindWord(std::string_view word)
+{
+    const auto* const row =
+        std::find_if(kKindWords.begin(), kKindWords.end(),
+                     [word](const KindWordRow& r) { return EqualsIgnoringCase(r.mWord, word); });
+    return row != kKindWords.end() ? row->mKind : kKindNone;
+}
 
 bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     cursor = SkipDeclaration(tokens, cursor);
     if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
     const LToken& word = TokenAt(tokens, cursor);
-    return (word.mType == kIdentifier || word.mType == kSymbol) && FindKindWord(word) != kKindNone;
+    return (word.mType == kIdentifier || word.mType == kSymbol) &&
+           FindKindWord(word.mText) != kKindNone;
 }
 
 NumberElement::NumberElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
@@ -113,7 +98,7 @@ NumberElement::NumberElement(const std::vector<LToken>& tokens, TokenCursor& ioC
     mHex = kind == kKindHex;
     mFractionDigits = mDecimalPoint ? TakeOptionalNumber(tokens, ioCursor) : 0;
     if (mDecimalPoint && TakeKindWord(tokens, ioCursor) != kKindDigit) {
-        throw PatternException(kSourceFile, __LINE__, "Not a NumberElement");
+        ThrowNoNumber(__LINE__);
     }
 }
 
@@ -139,7 +124,7 @@ const Byte* NumberElement::MatchHex(const Byte* data, const Byte* end)
     if (!mParameter.IsInteger() || run.mEnd - data > kMostQuickHexDigits) {
         return CaptureText(data, run.mEnd, true);
     }
-    mParameter.mIntValue = Clamped(run.mValue, false);
+    mParameter.mIntValue = ClampedInteger(run.mValue, false);
     return run.mEnd;
 }
 
@@ -162,7 +147,7 @@ const Byte* NumberElement::MatchDecimal(const Byte* data, const Byte* end)
 
     const std::ptrdiff_t wholeDigits = whole.mEnd - digits;
     if (mParameter.IsInteger() && wholeDigits <= kMostQuickDigits) {
-        mParameter.mIntValue = Clamped(whole.mValue, negative);
+        mParameter.mIntValue = ClampedInteger(whole.mValue, negative);
         return all.mEnd;
     }
     const std::ptrdiff_t digitCount = wholeDigits + fractionDigits;

@@ -1,31 +1,61 @@
 #pragma once
 
+#include <array>
+#include <string_view>
+
 #include "pattern_element.h"
 
 namespace NPattern {
 
-// A number written as text: #, 3#, x, 2x, .#, 3.2# and the like. Takes all that it can within its
-// limits, however little of a number that is: a lone sign or point is a match, of value 0.
+enum KindWord { kKindNone, kKindDigit, kKindHex, kKindPoint };
+
+// A word of the language for a kind of number.
+struct KindWordRow {
+    std::string_view mWord;
+    KindWord mKind;
+};
+
+inline constexpr std::array<KindWordRow, 6> kKindWords = {{
+    {"x", kKindHex},
+    {"hex", kKindHex},
+    {"#", kKindDigit},
+    {"digit", kKindDigit},
+    {"digits", kKindDigit},
+    {".", kKindPoint},
+}};
+
+// Returns the kind that a word names, case ignored, or kKindNone.
+KindWord FindKindWord(std::string_view word);
+
+// A number written as text: #, 3#, x, 2x, .#, 3.2# and the like. Takes as many bytes as its limits
+// allow, even if they are no number: a lone sign or point is a match, of value 0.
 class NumberElement final : public Element {
   public:
     static bool CanStart(const std::vector<LToken>& tokens, TokenCursor cursor);
 
-    // Throws PatternException where no number form stands.
+    // Throws PatternException if no number form is at the cursor.
     NumberElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor);
 
     void Dump(std::FILE* stream) const override;
     const Byte* Match(const Byte* data, std::uint32_t length) override;
     bool IsBinary() const override { return false; }
+    ElementPointer Pointer() const override { return this; }
+
+    // The most digits before and after the point; 0: no limit.
+    std::int32_t IntegerDigits() const { return mIntegerDigits; }
+    std::int32_t FractionDigits() const { return mFractionDigits; }
+    bool HasPoint() const { return mDecimalPoint; }
+    bool IsHex() const { return mHex; }
 
   private:
     const Byte* MatchHex(const Byte* data, const Byte* end);
     template <bool kDecimalPoint>
     const Byte* MatchDecimal(const Byte* data, const Byte* end);
 
-    std::int32_t mIntegerDigits = 0;   // the most digits before the point; 0: no limit
-    std::int32_t mFractionDigits = 0;  // the most digits behind the point; 0: no limit
-    bool mDecimalPoint = false;        // a point may follow; never together with mHex
-    bool mHex = false;                 // hexadecimal digits, and no sign
+    std::int32_t mIntegerDigits = 0;
+    std::int32_t mFractionDigits = 0;
+    bool mDecimalPoint = false;  // a point may follow; never together with mHex
+    bool mHex = false;           // hexadecimal digits, and no sign
 };
 
 }  // namespace NPattern

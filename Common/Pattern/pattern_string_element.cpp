@@ -1,7 +1,6 @@
 #include "pattern_string_element.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace NPattern {
 
@@ -23,7 +22,8 @@ StringElement::StringElement(const std::vector<LToken>& tokens, TokenCursor& ioC
     const LToken* token = nullptr;
     if (!ExpectToken(tokens, ioCursor, token, kDoubleQuoted, nullptr) &&
         !ExpectToken(tokens, ioCursor, token, kSingleQuoted, nullptr)) {
-        throw PatternException(kSourceFile, __LINE__, "Not a StringElement");
+        throw WithCode(kErrorWrongForm,
+                       PatternException(kSourceFile, __LINE__, "Not a StringElement"));
     }
     mMatchText = token->mText;
     mCaseSensitive = token->mType == kSingleQuoted;
@@ -38,26 +38,32 @@ void StringElement::Dump(std::FILE* stream) const
 
 const Byte* StringElement::Match(const Byte* data, std::uint32_t length)
 {
-    if (length < mMatchText.size()) return nullptr;
-    for (std::size_t i = 0; i < mMatchText.size(); ++i) {
+    const std::size_t size = mMatchText.size();
+    if (length < size || Agreement(data, length) < size) return nullptr;
+    return CaptureText(data, data + size, false);
+}
+
+std::size_t StringElement::Agreement(const Byte* data, std::uint32_t length) const
+{
+    const std::size_t most = std::min<std::size_t>(mMatchText.size(), length);
+    for (std::size_t i = 0; i < most; ++i) {
         const Byte found = data[i];
         const auto wanted = static_cast<Byte>(mMatchText[i]);
         if (found == 0 && wanted == 0) break;
         const bool equal = mCaseSensitive ? found == wanted : ToLower(found) == ToLower(wanted);
-        if (!equal && (found == 0 || wanted != kWildcardByte)) return nullptr;
+        if (!equal && (found == 0 || wanted != kWildcardByte)) return i;
     }
-    return CaptureText(data, data + mMatchText.size(), false);
+    return most;
 }
 
-void StringElement::CollectText(TextPieceList& ioPieces) const
+void StringElement::Emit(Program& ioProgram)
 {
     const bool isPlain = std::none_of(mMatchText.begin(), mMatchText.end(),
                                       [](char c) { return c == '\0' || c == kWildcardByte; });
-    if (!isPlain || mParameter.mType != kTypeNone) return;
-    for (std::string_view rest = mMatchText; !rest.empty();) {
-        const std::string_view piece = rest.substr(0, TextPiece::kMostBytes);
-        ioPieces.emplace_back(piece, mCaseSensitive);
-        rest.remove_prefix(piece.size());
+    if (isPlain && mParameter.mType == kTypeNone) {
+        ioProgram.AddText(mMatchText, mCaseSensitive);
+    } else {
+        Element::Emit(ioProgram);
     }
 }
 

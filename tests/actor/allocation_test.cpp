@@ -8,7 +8,7 @@
 #include <new>
 #include <string>
 
-#include "Common/Pattern/pattern_element.h"
+#include "Common/Pattern/pattern.h"
 #include "standin/stand_in_host.h"
 
 using NStandIn::Instance;

@@ -191,7 +191,8 @@ TEST(Compile, SurvivesEveryShortString)
     const std::string_view pieces[] = {
         "a",  "x",          "n:i=", "n:s=", "'", "\"", "[", "]", "{", "}", "^",  "-",   "0",
         "41", "9999999999", "(",    ")",    ",", ":",  "=", ".", "#", "?", "\\", "eol", " "};
-    const Message messages[] = {Message(""), Message("a"), Message("-4.1"), Message("A\0\n)"s)};
+    const HeapMessage messages[] = {HeapMessage(""), HeapMessage("a"), HeapMessage("-4.1"),
+                                    HeapMessage("A\0\n)"s)};
     std::size_t compiled = 0;
     std::size_t tried = 0;
     const auto attempt = [&](const std::string& parseString) {
@@ -203,7 +204,7 @@ TEST(Compile, SurvivesEveryShortString)
             return;
         }
         ++compiled;
-        for (const Message& message : messages) {
+        for (const HeapMessage& message : messages) {
             const Byte* const rest = pattern.Match(message.Data(), message.Length());
             if (rest == nullptr) continue;
             ASSERT_GE(rest, message.Data());

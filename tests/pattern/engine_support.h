@@ -11,15 +11,16 @@
 #include <string_view>
 #include <vector>
 
+#include "Common/Pattern/pattern.h"
 #include "Common/Pattern/pattern_element.h"
 
 // A text that may hold NUL bytes.
 using namespace std::string_literals;
 
 // A message in a heap block of exactly its length, so that a byte read too far is caught.
-class Message {
+class HeapMessage {
   public:
-    explicit Message(std::string_view text)
+    explicit HeapMessage(std::string_view text)
         : mBytes(new NPattern::Byte[text.size()]), mLength(static_cast<std::uint32_t>(text.size()))
     {
         std::copy(text.begin(), text.end(), mBytes.get());
@@ -55,7 +56,7 @@ inline std::string Show(const std::vector<NPattern::Parameter>& parameters, int 
 // The captures and, behind " | ", the bytes left; "no match" without one.
 inline std::string MatchResult(NPattern::Pattern& pattern, std::string_view text, int digits = 17)
 {
-    const Message message(text);
+    const HeapMessage message(text);
     const NPattern::Byte* const rest = pattern.Match(message.Data(), message.Length());
     if (rest == nullptr) return "no match";
     std::vector<NPattern::Parameter> parameters;

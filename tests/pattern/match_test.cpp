@@ -237,7 +237,7 @@ TEST(Match, CapturesTextsOfEachLength)
     CapturedParameters kept;
     for (std::size_t size = 1; size <= 26; ++size) {
         for (std::size_t start = 0; start < 3; ++start) {
-            const Message message(letters.substr(start, size));
+            const HeapMessage message(letters.substr(start, size));
             ASSERT_NE(pattern.Match(message.Data(), message.Length()), nullptr);
             pattern.CollectParameters(kept);
             EXPECT_EQ(kept.Entries()[0].mStringValue, letters.substr(start, size));

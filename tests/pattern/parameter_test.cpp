@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <random>
 
+#include "Common/Pattern/pattern_exact_float.h"
 #include "engine_support.h"
 
 using namespace NPattern;
@@ -26,7 +27,7 @@ Parameter OfType(ParameterType type)
 double FloatOf(const std::string& text)
 {
     Parameter parameter = OfType(kTypeFloat);
-    const Message message(text);
+    const HeapMessage message(text);
     parameter.SetTextValue(message.Data(), message.Length(), false);
     return parameter.mFloatValue;
 }
@@ -34,7 +35,7 @@ double FloatOf(const std::string& text)
 int IntegerOf(const std::string& text, bool hex)
 {
     Parameter parameter = OfType(kTypeBInteger);
-    const Message message(text);
+    const HeapMessage message(text);
     parameter.SetTextValue(message.Data(), message.Length(), hex);
     return parameter.mIntValue;
 }
@@ -102,6 +103,49 @@ TEST(Parameter, FloatsAreThoseOfTheCLibrary)
     }
 }
 
+// For the standard libraries that need it; here it is held against the C library everywhere.
+TEST(Parameter, ExactFloatsAreThoseOfTheCLibrary)
+{
+    const auto expectSame = [](const std::string& text, unsigned radix) {
+        const std::string prefix = radix == 16 ? "0x" : "";
+        const double expected = std::strtod((prefix + text).c_str(), nullptr);
+        const double found = ExactFloatOf(text, radix).value_or(0.0);
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(found), std::bit_cast<std::uint64_t>(expected))
+            << text;
+    };
+    for (const char* text :
+         {".", "e5", "1e", "1e+x", "1.e5", ".5", "000.000e99999", "1e400",
+          "1e-99999999999999999999", "Infinity", "4.9e-324", "2.4703282292062327e-324",
+          "2.4703282292062328e-324", "1.7976931348623157e308", "1.7976931348623158e308",
+          "1.7976931348623159e308", "9007199254740993",
+          "9007199254740993.0000000000000000000000000001", "0.1e-22"}) {
+        expectSame(text, 10);
+    }
+    EXPECT_TRUE(std::isnan(*ExactFloatOf("NaN(1)", 10)));
+    EXPECT_FALSE(ExactFloatOf("x", 10).has_value());
+    expectSame("0." + std::string(500, '0') + "1e500", 10);
+    expectSame(std::string(1000, '9') + "e-700", 10);
+
+    std::mt19937_64 random(3);
+    for (int i = 0; i < 20000; ++i) {
+        const double value = std::bit_cast<double>(random() >> (1 + random() % 8));
+        const double next = std::nextafter(value, 0.0);
+        if (!std::isfinite(value)) continue;
+        char text[1200];
+        std::snprintf(text, sizeof text, "%.*e", i % 25, value);
+        expectSame(text, 10);
+        std::snprintf(text, sizeof text, "%.*a", i % 25, value);
+        expectSame(text + 2, 16);
+        // Halfway between two doubles, and just above.
+        const auto halfway = (static_cast<long double>(value) + next) / 2;
+        if (i % 100 != 0 || next == 0.0) continue;
+        std::snprintf(text, sizeof text, "%.1100Le", halfway);
+        expectSame(text, 10);
+        std::string above = text;
+        expectSame(above.insert(above.find('e'), 1, '1'), 10);
+    }
+}
+
 // The quick way of a number element and the exact way give the same bits.
 TEST(Parameter, NumbersConvertedWhileScannedAreTheSame)
 {
@@ -114,7 +158,7 @@ TEST(Parameter, NumbersConvertedWhileScannedAreTheSame)
         const auto point = static_cast<std::ptrdiff_t>(random() % (text.size() + 1));
         text.insert(text.begin() + point, '.');
         if (i % 3 == 0) text.insert(text.begin(), '-');
-        const Message message(text);
+        const HeapMessage message(text);
         ASSERT_NE(pattern.Match(message.Data(), message.Length()), nullptr);
         pattern.CollectParameters(parameters);
         ASSERT_EQ(std::bit_cast<std::uint64_t>(parameters[0].mFloatValue),
@@ -139,7 +183,7 @@ TEST(Parameter, IntegersAreClampedTo32Bits)
 
 TEST(Parameter, TextEndsAtItsLengthOrItsNul)
 {
-    const Message message("12\0.5"s);
+    const HeapMessage message("12\0.5"s);
     Parameter parameter = OfType(kTypeString);
     parameter.SetTextValue(message.Data(), 4, false);
     EXPECT_EQ(parameter.mStringValue, "12\0."s);

@@ -117,7 +117,7 @@ TEST_F(Sift, TakesTheEndOfMessageInManyWays)
     }
     for (const char* bad : {"256", "ab", "'\\q'", "''", "'\\x1FF'"}) {
         EXPECT_EQ(Run("n:i=# -e "s + bad), 2) << bad;
-        EXPECT_NE(mErr.find("is no character"), std::string::npos) << mErr;
+        EXPECT_NE(mErr.find("isn't a character"), std::string::npos) << mErr;
     }
 }
 
