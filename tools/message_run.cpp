@@ -3,6 +3,8 @@
 #include <iostream>
 #include <system_error>
 
+#include "Common/Explain/miss.h"
+
 namespace NSift {
 
 namespace {
@@ -12,7 +14,8 @@ constexpr std::uint16_t kTriggerOutput = 1;
 }  // namespace
 
 MessageRun::MessageRun(const Options& options, NStandIn::StandInHost& host,
-                       NStandIn::Instance& instance, const Pieces& pieces, ResultPrinter& printer)
+                       NStandIn::Instance& instance, const NExplain::Pieces& pieces,
+                       ResultPrinter& printer)
     : mOptions(options),
       mHost(host),
       mInstance(instance),
@@ -73,8 +76,7 @@ void MessageRun::PrintResult(const InputMessage& message, bool matched)
         return;
     }
     if (mPieces.empty()) return;
-    Trace trace = TraceMatch(mPieces, message.mText);
-    trace.mIsCut = message.mIsCut;
+    const NExplain::Trace trace = NExplain::TraceMatch(mPieces, message.mText);
     if (matched == trace.mRefusedBy.has_value()) {
         Complain("message " + std::to_string(mCounts.mMessages) +
                  ": the plug-in and sift disagree on whether it matches; are they the same "
@@ -84,7 +86,8 @@ void MessageRun::PrintResult(const InputMessage& message, bool matched)
         mPrinter.PrintMatch(mCounts.mMessages, message.mText, mInstance.Outputs(),
                             mOptions.mTrace ? &trace : nullptr);
     } else if (mOptions.mMisses && trace.mRefusedBy) {
-        mPrinter.PrintMiss(mCounts.mMessages, message.mText, trace);
+        mPrinter.PrintMiss(mCounts.mMessages, message.mText, trace,
+                           NExplain::ExplainMiss(mPieces, message.mText, trace, message.mIsCut));
     }
 }
 

@@ -15,7 +15,7 @@ class MessageRun {
     // pieces: of the instance's parsing string. The options are copied; everything else must
     // outlive the run.
     MessageRun(const Options& options, NStandIn::StandInHost& host, NStandIn::Instance& instance,
-               const Pieces& pieces, ResultPrinter& printer);
+               const NExplain::Pieces& pieces, ResultPrinter& printer);
     MessageRun(const MessageRun&) = delete;
     MessageRun& operator=(const MessageRun&) = delete;
     ~MessageRun();
@@ -33,7 +33,7 @@ class MessageRun {
     const Options mOptions;
     NStandIn::StandInHost& mHost;
     NStandIn::Instance& mInstance;
-    const Pieces& mPieces;
+    const NExplain::Pieces& mPieces;
     ResultPrinter& mPrinter;
     MessageSource mSource;
     Counts mCounts;

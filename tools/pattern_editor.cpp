@@ -7,7 +7,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "tools/pattern_fault.h"
+#include "tools/output/fault_printer.h"
 #include "tools/system/editor_launch.h"
 #include "tools/system/file_replacement.h"
 #include "tools/system/terminal.h"
@@ -63,7 +63,7 @@ bool PatternEditor::EditUntilGood(NStandIn::Dialog& dialog, const Palette& palet
         const NStandIn::Validation result = dialog.Validate();
         if (result.mGood) return true;
         std::cerr << "sift: ";
-        PrintFault(std::cerr, mText, FindFault(mText, result), palette);
+        PrintFault(std::cerr, mText, FaultOf(mText, result), palette);
         if (!AskToEditAgain()) return false;
     }
 }

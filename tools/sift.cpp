@@ -3,13 +3,16 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "Common/Explain/cautions.h"
+#include "Common/Explain/fault.h"
+#include "Common/Explain/piece.h"
 #include "standin/stand_in_host.h"
 #include "tools/message_run.h"
 #include "tools/options.h"
+#include "tools/output/explanation_printer.h"
+#include "tools/output/fault_printer.h"
 #include "tools/output/result_printer.h"
 #include "tools/pattern_editor.h"
-#include "tools/pattern_explainer.h"
-#include "tools/pattern_fault.h"
 #include "tools/system/file_replacement.h"
 #include "tools/system/plugin_module.h"
 #include "tools/system/terminal.h"
@@ -31,7 +34,7 @@ NStandIn::Validation Validate(NStandIn::StandInHost& host, NStandIn::Instance& i
     return result;
 }
 
-std::unique_ptr<ResultPrinter> MakePrinter(const Options& options, const Pieces& pieces)
+std::unique_ptr<ResultPrinter> MakePrinter(const Options& options, const NExplain::Pieces& pieces)
 {
     switch (options.mFormat) {
         case Format::kJson: return MakeJsonPrinter(std::cout, pieces);
@@ -77,13 +80,13 @@ int Run(const Options& options)
 
     const std::string pattern = instance.State();
     if (const auto error = Validate(host, instance); !error.mGood) {
-        const PatternFault fault = FindFault(pattern, error);
+        const NExplain::Fault fault = FaultOf(pattern, error);
         std::cerr << "sift: ";
         PrintFault(std::cerr, pattern, fault, Palette(stderr));
         MakePrinter(options, {})->PrintFault(fault);
         return kExitTrouble;
     }
-    const Pieces pieces = TakeApart(pattern);
+    const NExplain::Pieces pieces = NExplain::TakeApart(pattern);
     const std::unique_ptr<ResultPrinter> printer = MakePrinter(options, pieces);
     if (options.mTask == Task::kExplain) {
         PrintExplanation(std::cout, pieces, Palette(stdout));
@@ -91,11 +94,9 @@ int Run(const Options& options)
     }
     if (options.mTask == Task::kCheck) {
         printer->PrintOutputs(instance.Outputs());
-        for (std::size_t p = 0; p < pieces.size(); ++p) {
-            const std::string caution = CautionFor(pieces, p);
-            if (!caution.empty()) {
-                std::cerr << "sift: warning: piece " << p + 1 << ": " << caution << '\n';
-            }
+        for (const NExplain::Caution& caution : NExplain::FindCautions(pieces)) {
+            std::cerr << "sift: warning: piece " << caution.mPiece + 1 << ": " << caution.mText
+                      << '\n';
         }
         return kExitMatched;
     }

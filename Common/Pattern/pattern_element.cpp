@@ -2,12 +2,7 @@
 
 #include <utility>
 
-#include "pattern_bitfield_element.h"
-#include "pattern_byteset_element.h"
-#include "pattern_eol_element.h"
-#include "pattern_number_element.h"
-#include "pattern_string_element.h"
-#include "pattern_whitespace_element.h"
+#include "pattern_elements.h"
 
 namespace NPattern {
 

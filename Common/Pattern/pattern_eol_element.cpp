@@ -41,14 +41,14 @@ const Byte* FindLineEnd(const Byte* data, const Byte* end)
 bool EOLElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     const LToken& word = TokenAt(tokens, SkipDeclaration(tokens, cursor));
-    return word.mType == kIdentifier && EqualsIgnoringCase(word.mText, "eol");
+    return word.mType == kIdentifier && EqualsIgnoringCase(word.mText, kEolWord);
 }
 
 EOLElement::EOLElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
     ParseDeclaration(tokens, ioCursor);
     const LToken* token = nullptr;
-    if (!ExpectToken(tokens, ioCursor, token, kIdentifier, "eol")) {
+    if (!ExpectToken(tokens, ioCursor, token, kIdentifier, kEolWord)) {
         throw WithCode(kErrorWrongForm,
                        PatternException(kSourceFile, __LINE__, "Not an EOLElement"));
     }

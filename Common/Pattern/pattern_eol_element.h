@@ -4,6 +4,8 @@
 
 namespace NPattern {
 
+inline constexpr char kEolWord[] = "eol";
+
 // The word eol: everything up to the end of the line, the line ends after it included. Captures
 // the free text of a line, with its line ends, up to the first NUL.
 class EOLElement final : public Element {

@@ -4,9 +4,9 @@
 #include <system_error>
 #include <utility>
 
-#include "Common/Pattern/pattern_ltoken.h"
+#include "Common/Explain/byte_text.h"
+#include "Common/Pattern/pattern_bytes.h"
 #include "tools/input/progress.h"
-#include "tools/output/text_forms.h"
 #include "tools/system/input_file.h"
 
 namespace NSift {
@@ -83,7 +83,8 @@ void MessageSource::TakeHexLine(const std::string& line, const std::string& plac
         if (IsBlank(c) || c == ',') continue;
         const unsigned digit = NPattern::HexDigitValue(static_cast<NPattern::Byte>(c));
         if (digit > 15)
-            return mComplain(place + ": " + Quoted({&c, 1}) + " isn't a hexadecimal digit");
+            return mComplain(place + ": " + NExplain::Quoted({&c, 1}) +
+                             " isn't a hexadecimal digit");
         if (high > 15) {
             high = digit;
         } else {

@@ -1,5 +1,5 @@
 #include "tools/output/result_printer.h"
-#include "tools/output/text_forms.h"
+#include "tools/output/value_text.h"
 
 namespace NSift {
 
@@ -29,7 +29,7 @@ class CsvPrinter final : public ResultPrinter {
     }
 
     void PrintMatch(std::size_t /*number*/, std::string_view /*message*/, const Outputs& outputs,
-                    const Trace* /*trace*/) override
+                    const NExplain::Trace* /*trace*/) override
     {
         const std::size_t first = outputs.size() > 1 ? 1 : 0;
         for (std::size_t i = first; i < outputs.size(); ++i) {

@@ -1,24 +1,25 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "tools/miss_explainer.h"
+#include "Common/Explain/byte_text.h"
 #include "tools/output/result_printer.h"
-#include "tools/output/text_forms.h"
+#include "tools/output/value_text.h"
 
 namespace NSift {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
+using NExplain::HexOf;
 
-// Bytes that aren't UTF-8 have no string in JSON, and go out as their hexadecimal digits.
+// JSON has no string for bytes that are not UTF-8; their hexadecimal digits replace it.
 Json TextJson(std::string_view text)
 {
-    if (IsUtf8(text)) return Json(std::string(text));
+    if (NExplain::IsUtf8(text)) return Json(std::string(text));
     return Json{{"hex", HexOf(text)}};
 }
 
-// An infinite float has no number in JSON.
+// JSON has no number for an infinite float.
 Json ValueJson(const NStandIn::Value& value)
 {
     if (value.mBits.mTag == NActor::kValueString) return TextJson(value.mText);
@@ -26,21 +27,24 @@ Json ValueJson(const NStandIn::Value& value)
     return std::isfinite(value.Float()) ? Json(value.Float()) : Json(TextOf(value));
 }
 
-Json StepsJson(const Trace& trace)
+Json StepsJson(const NExplain::Trace& trace)
 {
     Json steps = Json::array();
-    for (const Step& step : trace.mSteps) {
-        const Json piece = step.mPiece ? Json(*step.mPiece + 1) : Json(nullptr);
+    for (const NExplain::Take& take : trace.mTakes) {
+        const Json piece = take.mPiece ? Json(*take.mPiece + 1) : Json(nullptr);
         steps.push_back({{"piece", piece},
-                         {"start", step.mTook.mStart},
-                         {"length", step.mTook.mEnd - step.mTook.mStart}});
+                         {"start", take.mSpan.mStart},
+                         {"length", take.mSpan.mEnd - take.mSpan.mStart}});
     }
     return steps;
 }
 
 class JsonPrinter final : public ResultPrinter {
   public:
-    JsonPrinter(std::ostream& stream, const Pieces& pieces) : mStream(stream), mPieces(pieces) {}
+    JsonPrinter(std::ostream& stream, const NExplain::Pieces& pieces)
+        : mStream(stream), mPieces(pieces)
+    {
+    }
 
     void PrintStart(const Outputs& outputs) override { mNames = UniqueNames(outputs); }
 
@@ -55,7 +59,7 @@ class JsonPrinter final : public ResultPrinter {
     }
 
     void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
-                    const Trace* trace) override
+                    const NExplain::Trace* trace) override
     {
         Json values = Json::object();
         for (std::size_t i = 0; i < mNames.size(); ++i) {
@@ -69,19 +73,19 @@ class JsonPrinter final : public ResultPrinter {
         Print(line);
     }
 
-    void PrintMiss(std::size_t number, std::string_view message, const Trace& trace) override
+    void PrintMiss(std::size_t number, std::string_view message, const NExplain::Trace& trace,
+                   const NExplain::Miss& miss) override
     {
-        const MissWords words = ExplainMiss(mPieces, message, trace);
         Print({{"type", "miss"},
                {"message", number},
                {"text", TextJson(message)},
-               {"verdict", words.mVerdict},
+               {"verdict", miss.mVerdict},
                {"stopped_at", trace.mStoppedAt},
                {"piece", *trace.mRefusedBy + 1},
                {"source", TextJson(mPieces[*trace.mRefusedBy].mSource)},
-               {"wanted", words.mWanted},
-               {"found", words.mFound},
-               {"hints", words.mHints},
+               {"wanted", miss.mWanted},
+               {"found", miss.mFound},
+               {"hints", miss.mHints},
                {"steps", StepsJson(trace)}});
     }
 
@@ -93,7 +97,7 @@ class JsonPrinter final : public ResultPrinter {
                {"verdict", kLostWords}});
     }
 
-    void PrintFault(const PatternFault& fault) override
+    void PrintFault(const NExplain::Fault& fault) override
     {
         Print({{"type", "error"},
                {"error", TextJson(fault.mMessage)},
@@ -120,13 +124,13 @@ class JsonPrinter final : public ResultPrinter {
     void Print(const Json& line) { mStream << line.dump() << '\n'; }
 
     std::ostream& mStream;
-    const Pieces& mPieces;
+    const NExplain::Pieces& mPieces;
     std::vector<std::string> mNames;
 };
 
 }  // namespace
 
-std::unique_ptr<ResultPrinter> MakeJsonPrinter(std::ostream& stream, const Pieces& pieces)
+std::unique_ptr<ResultPrinter> MakeJsonPrinter(std::ostream& stream, const NExplain::Pieces& pieces)
 {
     return std::make_unique<JsonPrinter>(stream, pieces);
 }

@@ -4,9 +4,14 @@
 #include <array>
 #include <cstdio>
 
-#include "tools/output/text_forms.h"
+#include "Common/Explain/byte_text.h"
+#include "Common/Pattern/pattern_bytes.h"
 
 namespace NSift {
+
+using NExplain::ColumnsOf;
+using NExplain::Escaped;
+using NExplain::HexOf;
 
 namespace {
 
@@ -18,12 +23,12 @@ struct Cell {
     std::string mMark;  // empty if no piece took it
 };
 
-std::string MarkAt(const Trace& trace, std::size_t position)
+std::string MarkAt(const NExplain::Trace& trace, std::size_t position)
 {
     if (trace.mRefusedBy && position == trace.mStoppedAt) return "^";
-    for (const Step& step : trace.mSteps) {
-        if (position < step.mTook.mStart || position >= step.mTook.mEnd) continue;
-        return step.mPiece ? std::to_string(*step.mPiece + 1) : "-";
+    for (const NExplain::Take& take : trace.mTakes) {
+        if (position < take.mSpan.mStart || position >= take.mSpan.mEnd) continue;
+        return take.mPiece ? std::to_string(*take.mPiece + 1) : "-";
     }
     return "";
 }
@@ -49,11 +54,12 @@ void PrintMarks(std::ostream& stream, std::string marks, const Palette& palette)
            << palette.Paint(Role::kMark, marks.substr(end)) << '\n';
 }
 
-std::vector<Cell> CellsOf(std::string_view message, const Trace& trace)
+std::vector<Cell> CellsOf(std::string_view message, const NExplain::Trace& trace)
 {
     std::vector<Cell> cells;
     for (std::size_t position = 0; position < message.size();) {
-        const std::size_t length = std::max<std::size_t>(Utf8Length(message, position), 1);
+        const std::size_t length =
+            std::max<std::size_t>(NExplain::Utf8Length(message, position), 1);
         cells.push_back({Escaped(message.substr(position, length)), MarkAt(trace, position)});
         position += length;
     }
@@ -61,7 +67,7 @@ std::vector<Cell> CellsOf(std::string_view message, const Trace& trace)
     return cells;
 }
 
-void PrintText(std::ostream& stream, std::string_view message, const Trace& trace,
+void PrintText(std::ostream& stream, std::string_view message, const NExplain::Trace& trace,
                const Palette& palette)
 {
     constexpr std::size_t kMost = 90;    // characters shown
@@ -90,7 +96,7 @@ constexpr std::size_t kRow = 16;  // bytes
 
 // Bytes on the left, the printable ones as text on the right.
 void PrintHexRow(std::ostream& stream, std::string_view message, std::size_t start,
-                 const Trace& trace, const Palette& palette)
+                 const NExplain::Trace& trace, const Palette& palette)
 {
     std::array<char, 16> offset{};
     std::snprintf(offset.data(), offset.size(), "%04zX ", start);
@@ -112,7 +118,7 @@ void PrintHexRow(std::ostream& stream, std::string_view message, std::size_t sta
     PrintMarks(stream, marks, palette);
 }
 
-void PrintHex(std::ostream& stream, std::string_view message, const Trace& trace,
+void PrintHex(std::ostream& stream, std::string_view message, const NExplain::Trace& trace,
               const Palette& palette)
 {
     constexpr std::size_t kRowsBefore = 4;
@@ -132,11 +138,11 @@ void PrintHex(std::ostream& stream, std::string_view message, const Trace& trace
 
 }  // namespace
 
-void PrintMessage(std::ostream& stream, std::string_view message, const Trace& trace, ViewForm form,
-                  const Palette& palette)
+void PrintMessage(std::ostream& stream, std::string_view message, const NExplain::Trace& trace,
+                  ViewForm form, const Palette& palette)
 {
     if (message.empty()) return;
-    if (form == ViewForm::kHex || IsBinary(message)) {
+    if (form == ViewForm::kHex || NExplain::IsBinary(message)) {
         PrintHex(stream, message, trace, palette);
     } else {
         PrintText(stream, message, trace, palette);

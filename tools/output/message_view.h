@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string_view>
 
-#include "tools/match_tracer.h"
+#include "Common/Explain/trace.h"
 #include "tools/output/palette.h"
 
 namespace NSift {
@@ -16,7 +16,7 @@ enum class ViewForm { kText, kHex };
 // it stopped. The mark of a byte is the number of the piece that took it (for text, the last
 // digit), '-' for white space that was skipped, and '^' where a miss stopped. Writes nothing for an
 // empty message.
-void PrintMessage(std::ostream& stream, std::string_view message, const Trace& trace, ViewForm form,
-                  const Palette& palette);
+void PrintMessage(std::ostream& stream, std::string_view message, const NExplain::Trace& trace,
+                  ViewForm form, const Palette& palette);
 
 }  // namespace NSift

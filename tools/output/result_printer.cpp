@@ -11,7 +11,7 @@ class CountPrinter final : public ResultPrinter {
     explicit CountPrinter(std::ostream& stream) : mStream(stream) {}
 
     void PrintMatch(std::size_t /*number*/, std::string_view /*message*/,
-                    const Outputs& /*outputs*/, const Trace* /*trace*/) override
+                    const Outputs& /*outputs*/, const NExplain::Trace* /*trace*/) override
     {
     }
     void PrintEnd(const Counts& counts) override { mStream << counts.mMatched << '\n'; }

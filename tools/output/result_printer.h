@@ -9,10 +9,11 @@
 #include <string_view>
 #include <vector>
 
+#include "Common/Explain/fault.h"
+#include "Common/Explain/miss.h"
+#include "Common/Explain/trace.h"
 #include "standin/stand_in_host.h"
-#include "tools/match_tracer.h"
 #include "tools/output/message_view.h"
-#include "tools/pattern_fault.h"
 
 namespace NSift {
 
@@ -38,14 +39,14 @@ class ResultPrinter {
     virtual void PrintOutputs(const Outputs& /*outputs*/) {}
     // trace: null unless the user asked for it.
     virtual void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
-                            const Trace* trace) = 0;
+                            const NExplain::Trace* trace) = 0;
     virtual void PrintMiss(std::size_t /*number*/, std::string_view /*message*/,
-                           const Trace& /*trace*/)
+                           const NExplain::Trace& /*trace*/, const NExplain::Miss& /*miss*/)
     {
     }
     // A message that the plug-in never sees completely because it contains a NUL.
     virtual void PrintLost(std::size_t /*number*/, std::string_view /*message*/) {}
-    virtual void PrintFault(const PatternFault& /*fault*/) {}
+    virtual void PrintFault(const NExplain::Fault& /*fault*/) {}
     virtual void PrintError(const std::string& /*error*/) {}
     // After the last message.
     virtual void PrintEnd(const Counts& /*counts*/) {}
@@ -64,9 +65,10 @@ std::vector<std::string> UniqueNames(const Outputs& outputs);
 
 // Make the printers. pieces: of the parsing string; empty if it doesn't compile. The stream and the
 // pieces must outlive the printer.
-std::unique_ptr<ResultPrinter> MakeTextPrinter(std::ostream& stream, const Pieces& pieces,
+std::unique_ptr<ResultPrinter> MakeTextPrinter(std::ostream& stream, const NExplain::Pieces& pieces,
                                                ViewForm view, const Palette& palette);
-std::unique_ptr<ResultPrinter> MakeJsonPrinter(std::ostream& stream, const Pieces& pieces);
+std::unique_ptr<ResultPrinter> MakeJsonPrinter(std::ostream& stream,
+                                               const NExplain::Pieces& pieces);
 std::unique_ptr<ResultPrinter> MakeCsvPrinter(std::ostream& stream);
 std::unique_ptr<ResultPrinter> MakeCountPrinter(std::ostream& stream);
 

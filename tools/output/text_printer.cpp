@@ -1,14 +1,17 @@
 #include <algorithm>
 
-#include "tools/miss_explainer.h"
+#include "Common/Explain/byte_text.h"
 #include "tools/output/result_printer.h"
-#include "tools/output/text_forms.h"
+#include "tools/output/value_text.h"
 
 namespace NSift {
 
+using NExplain::ColumnsOf;
+using NExplain::Escaped;
+
 namespace {
 
-// name=value pairs in the order of the outputs; without any capture the trigger itself.
+// name=value pairs in the order of the outputs; the trigger if there are no captures.
 std::string ValuesOf(const Outputs& outputs, const Palette& palette)
 {
     const std::size_t first = outputs.size() > 1 ? 1 : 0;
@@ -28,7 +31,8 @@ std::string Padded(const std::string& text, std::size_t columns)
 
 class TextPrinter final : public ResultPrinter {
   public:
-    TextPrinter(std::ostream& stream, const Pieces& pieces, ViewForm view, const Palette& palette)
+    TextPrinter(std::ostream& stream, const NExplain::Pieces& pieces, ViewForm view,
+                const Palette& palette)
         : mStream(stream), mPieces(pieces), mView(view), mPalette(palette)
     {
     }
@@ -50,7 +54,7 @@ class TextPrinter final : public ResultPrinter {
     }
 
     void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
-                    const Trace* trace) override
+                    const NExplain::Trace* trace) override
     {
         if (trace == nullptr) {
             mStream << ValuesOf(outputs, mPalette) << '\n';
@@ -58,47 +62,47 @@ class TextPrinter final : public ResultPrinter {
         }
         mStream << "message " << number << " matched: " << ValuesOf(outputs, mPalette) << '\n';
         PrintMessage(mStream, message, *trace, mView, mPalette);
-        PrintSteps(message, outputs, *trace);
+        PrintTakes(message, outputs, *trace);
     }
 
-    void PrintMiss(std::size_t number, std::string_view message, const Trace& trace) override
+    void PrintMiss(std::size_t number, std::string_view message, const NExplain::Trace& trace,
+                   const NExplain::Miss& miss) override
     {
-        const MissWords words = ExplainMiss(mPieces, message, trace);
-        mStream << "message " << number << ": " << mPalette.Paint(Role::kFault, words.mVerdict)
+        mStream << "message " << number << ": " << mPalette.Paint(Role::kFault, miss.mVerdict)
                 << '\n';
         PrintMessage(mStream, message, trace, mView, mPalette);
         mStream << "  piece " << *trace.mRefusedBy + 1 << "  "
                 << mPalette.Paint(Role::kName, Escaped(mPieces[*trace.mRefusedBy].mSource))
-                << "\n  wanted   " << words.mWanted << "\n  found    " << words.mFound << '\n';
-        for (const std::string& hint : words.mHints) mStream << "  hint     " << hint << '\n';
+                << "\n  wanted   " << miss.mWanted << "\n  found    " << miss.mFound << '\n';
+        for (const std::string& hint : miss.mHints) mStream << "  hint     " << hint << '\n';
     }
 
     void PrintLost(std::size_t number, std::string_view message) override
     {
         mStream << "message " << number << ": " << mPalette.Paint(Role::kFault, kLostWords) << '\n';
-        PrintMessage(mStream, message, Trace(), ViewForm::kHex, mPalette);
+        PrintMessage(mStream, message, NExplain::Trace(), ViewForm::kHex, mPalette);
     }
 
   private:
-    void PrintSteps(std::string_view message, const Outputs& outputs, const Trace& trace)
+    void PrintTakes(std::string_view message, const Outputs& outputs, const NExplain::Trace& trace)
     {
         std::size_t width = 0;
-        for (const Piece& piece : mPieces) {
+        for (const NExplain::Piece& piece : mPieces) {
             width = std::max(width, ColumnsOf(Escaped(piece.mSource)));
         }
         width = std::min<std::size_t>(width, 40);
-        for (const Step& step : trace.mSteps) {
-            const std::string took = TookWords(step.mTook.Of(message));
-            if (!step.mPiece) {
+        for (const NExplain::Take& take : trace.mTakes) {
+            const std::string took = TookWords(take.mSpan.Of(message));
+            if (!take.mPiece) {
                 mStream << mPalette.Paint(Role::kAside, "  white space skipped: " + took) << '\n';
                 continue;
             }
-            const Piece& piece = mPieces[*step.mPiece];
-            mStream << "  piece " << Padded(std::to_string(*step.mPiece + 1), 2) << ' '
+            const NExplain::Piece& piece = mPieces[*take.mPiece];
+            mStream << "  piece " << Padded(std::to_string(*take.mPiece + 1), 2) << ' '
                     << mPalette.Paint(Role::kName, Padded(Escaped(piece.mSource), width))
                     << "  took " << took;
             for (std::size_t c = 0; c < piece.mCaptures.size(); ++c) {
-                // A host has outputs for so many captures and no more.
+                // Captures past the last property number have no output.
                 const std::size_t output = piece.mFirstCapture + c + 1;
                 if (output >= outputs.size()) break;
                 mStream << (c == 0 ? ", gave " : " ") << outputs[output].mName << '='
@@ -110,20 +114,21 @@ class TextPrinter final : public ResultPrinter {
 
     std::string TookWords(std::string_view took) const
     {
-        if (mView == ViewForm::kText && !IsBinary(took)) return AlwaysQuoted(took);
+        if (mView == ViewForm::kText && !NExplain::IsBinary(took))
+            return NExplain::AlwaysQuoted(took);
         constexpr std::size_t kMost = 16;
-        return HexOf(took.substr(0, kMost)) + (took.size() > kMost ? "..." : "");
+        return NExplain::HexOf(took.substr(0, kMost)) + (took.size() > kMost ? "..." : "");
     }
 
     std::ostream& mStream;
-    const Pieces& mPieces;
+    const NExplain::Pieces& mPieces;
     ViewForm mView;
     Palette mPalette;
 };
 
 }  // namespace
 
-std::unique_ptr<ResultPrinter> MakeTextPrinter(std::ostream& stream, const Pieces& pieces,
+std::unique_ptr<ResultPrinter> MakeTextPrinter(std::ostream& stream, const NExplain::Pieces& pieces,
                                                ViewForm view, const Palette& palette)
 {
     return std::make_unique<TextPrinter>(stream, pieces, view, palette);

@@ -1,11 +1,10 @@
-#include "tools/output/text_forms.h"
+#include "byte_text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <iterator>
 
-namespace NSift {
+#include "Common/Pattern/pattern_bytes.h"
+
+namespace NExplain {
 
 namespace {
 
@@ -77,8 +76,8 @@ bool IsBinary(std::string_view text)
         const std::size_t length = Utf8Length(text, position);
         if (length == 0) return true;
         const std::string_view character = text.substr(position, length);
-        const bool isLayout = character == "\t" || character == "\r" || character == "\n";
-        if (IsControl(character) && !isLayout) return true;
+        const bool isOfLine = character == "\t" || character == "\r" || character == "\n";
+        if (IsControl(character) && !isOfLine) return true;
         position += length;
     }
     return false;
@@ -139,13 +138,27 @@ std::size_t ColumnsOf(std::string_view text)
     }));
 }
 
-std::string TextOf(const NStandIn::Value& value)
+std::string InQuotes(std::string_view text)
 {
-    if (value.mBits.mTag == NActor::kValueString) return Quoted(value.mText);
-    if (value.mBits.mTag == NActor::kValueInteger) return std::to_string(value.Integer());
-    std::array<char, 64> buffer{};
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value.Float());
-    return {buffer.data(), result.ptr};
+    return '\'' + std::string(text) + '\'';
 }
 
-}  // namespace NSift
+std::string NameOfByte(unsigned char byte)
+{
+    switch (byte) {
+        case ' ': return "space";
+        case '\t': return "tab";
+        case '\n': return "line feed";
+        case '\r': return "carriage return";
+        default: break;
+    }
+    const auto c = static_cast<char>(byte);
+    return NPattern::IsPrint(byte) ? InQuotes({&c, 1}) : "byte " + HexOf({&c, 1});
+}
+
+std::string CountOf(std::size_t count, const std::string& unit)
+{
+    return std::to_string(count) + ' ' + unit + (count == 1 ? "" : "s");
+}
+
+}  // namespace NExplain

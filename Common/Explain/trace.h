@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "pattern_pieces.h"
+#include "piece.h"
 
-namespace NSift {
+namespace NExplain {
 
 // A range of bytes of a message.
 struct Span {
@@ -22,20 +22,20 @@ struct Span {
     }
 };
 
-struct Step {
+// The bytes that one piece took.
+struct Take {
     std::optional<std::size_t> mPiece;  // position in Pieces; none: white space that was skipped
-    Span mTook;
+    Span mSpan;
 };
 
 struct Trace {
-    std::vector<Step> mSteps;  // those that took something, in order
-    // The piece that didn't match, or that the message was used up before; none if all did.
+    std::vector<Take> mTakes;  // in order; none of them empty
+    // The piece that did not match, or before which the message was used up; none if all matched.
     std::optional<std::size_t> mRefusedBy;
-    std::size_t mStoppedAt = 0;  // the first byte that wasn't taken
-    bool mIsCut = false;         // for whoever knows: the message went on behind a NUL
+    std::size_t mStoppedAt = 0;  // the first byte that was not taken
 };
 
 // Matches message with the elements of pieces, of which there is at least one.
 Trace TraceMatch(const Pieces& pieces, std::string_view message);
 
-}  // namespace NSift
+}  // namespace NExplain

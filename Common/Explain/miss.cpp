@@ -1,0 +1,231 @@
+#include "miss.h"
+
+#include <algorithm>
+
+#include "Common/Pattern/pattern_elements.h"
+#include "byte_text.h"
+#include "meaning.h"
+
+namespace NExplain {
+
+using NPattern::Byte;
+using NPattern::BytesetElement;
+using NPattern::Element;
+using NPattern::EOLElement;
+using NPattern::NumberElement;
+using NPattern::StringElement;
+
+namespace {
+
+// The place where a message stopped, as the hints look at it.
+struct Stop {
+    const Pieces& mPieces;
+    std::string_view mMessage;
+    const Trace& mTrace;
+    bool mIsCut;
+    std::size_t mIndex;  // of the piece that refused
+    const Piece& mPiece;
+    std::string_view mRest;  // of the message
+
+    bool IsUsedUp() const { return mRest.empty(); }
+    Byte Next() const { return IsUsedUp() ? Byte{0} : static_cast<Byte>(mRest[0]); }
+    // The last take, if a piece and not white space took it.
+    const Take* LastTake() const
+    {
+        const bool isOfPiece = !mTrace.mTakes.empty() && mTrace.mTakes.back().mPiece.has_value();
+        return isOfPiece ? &mTrace.mTakes.back() : nullptr;
+    }
+    std::string_view LastTaken() const
+    {
+        return LastTake() != nullptr ? LastTake()->mSpan.Of(mMessage) : std::string_view();
+    }
+    // The piece before, if it is of this class.
+    template <typename Form>
+    const Form* Before() const
+    {
+        return mIndex > 0 ? ElementAs<Form>(mPieces[mIndex - 1]) : nullptr;
+    }
+};
+
+std::string Excerpt(std::string_view text)
+{
+    constexpr std::size_t kMost = 20;
+    std::size_t length = 0;
+    while (length < text.size() && length < kMost) {
+        length += std::max<std::size_t>(Utf8Length(text, length), 1);
+    }
+    return AlwaysQuoted(text.substr(0, length)) + (length < text.size() ? " ..." : "");
+}
+
+std::string Found(const Element& /*element*/, std::string_view rest)
+{
+    return NameOfByte(static_cast<Byte>(rest[0]));
+}
+
+std::string Found(const StringElement& text, std::string_view rest)
+{
+    const auto* const data = reinterpret_cast<const Byte*>(rest.data());
+    const std::size_t agreement = text.Agreement(data, static_cast<std::uint32_t>(rest.size()));
+    if (agreement == rest.size()) return Excerpt(rest) + ", where the message ends";
+    if (agreement == 0) return Excerpt(rest);
+    return Excerpt(rest) + ", which differs at character " + std::to_string(agreement + 1) + ": " +
+           NameOfByte(static_cast<Byte>(rest[agreement])) + " instead of " +
+           NameOfByte(static_cast<Byte>(text.MatchText()[agreement]));
+}
+
+std::string Found(const BytesetElement& set, std::string_view rest)
+{
+    const auto end = std::find_if_not(rest.begin(), rest.end(),
+                                      [&set](char c) { return set.Has(static_cast<Byte>(c)); });
+    if (end == rest.begin()) return NameOfByte(static_cast<Byte>(rest[0]));
+    return "only " + std::to_string(end - rest.begin()) + " of them, then " +
+           (end == rest.end() ? "the message ends" : NameOfByte(static_cast<Byte>(*end)));
+}
+
+std::string Found(const NPattern::BitfieldElement& /*block*/, std::string_view rest)
+{
+    return "only " + CountOf(rest.size(), "byte");
+}
+
+std::string FoundWords(const Stop& stop)
+{
+    if (stop.IsUsedUp()) return "nothing";
+    return std::visit([&stop](const auto* element) { return Found(*element, stop.mRest); },
+                      stop.mPiece.mElement->Pointer());
+}
+
+std::string PieceName(std::size_t index)
+{
+    return "piece " + std::to_string(index + 1);
+}
+
+std::string VerdictWords(const Stop& stop)
+{
+    if (stop.mMessage.empty()) return "the message is empty";
+    if (stop.IsUsedUp()) return "the message ends before " + PieceName(stop.mIndex);
+    return PieceName(stop.mIndex) + " does not match at byte " +
+           std::to_string(stop.mTrace.mStoppedAt);
+}
+
+// Each returns a hint if it knows the mistake, otherwise an empty text.
+
+std::string HintOtherCase(const Stop& stop)
+{
+    const auto* const text = ElementAs<StringElement>(stop.mPiece);
+    if (text == nullptr || stop.mRest.size() < text->MatchText().size()) return "";
+    if (!NPattern::EqualsIgnoringCase(text->MatchText(),
+                                      stop.mRest.substr(0, text->MatchText().size()))) {
+        return "";
+    }
+    return "only uppercase and lowercase differ: a text in \"double quotes\" ignores that";
+}
+
+std::string HintSpace(const Stop& stop)
+{
+    if (stop.IsUsedUp() || !NPattern::IsSpace(stop.Next())) return "";
+    if (stop.mIndex == 0) {
+        return "white space at the start of a message is not skipped; begin the parsing string "
+               "with a piece that takes it: [ ]";
+    }
+    if (stop.mPiece.mSkipsSpace) return "";
+    return "white space is skipped only between two pieces that read text, and " +
+           PieceName(stop.mPiece.mElement->IsBinary() ? stop.mIndex : stop.mIndex - 1) +
+           " reads bytes";
+}
+
+std::string HintPoint(const Stop& stop)
+{
+    const auto* const number = stop.Before<NumberElement>();
+    if (number == nullptr || number->IsHex() || number->HasPoint() || stop.Next() != '.') return "";
+    return "write a number that may have a decimal point as .#";
+}
+
+std::string HintExponent(const Stop& stop)
+{
+    const auto* const number = stop.Before<NumberElement>();
+    if (number == nullptr || number->IsHex() || NPattern::ToLower(stop.Next()) != 'e') return "";
+    return "name:float=[-+.0-9Ee] reads a number with an exponent";
+}
+
+std::string HintHexPrefix(const Stop& stop)
+{
+    if (stop.Before<NumberElement>() == nullptr || stop.LastTaken() != "0" ||
+        NPattern::ToLower(stop.Next()) != 'x') {
+        return "";
+    }
+    return "a prefix 0x is not part of a number: take it with the text '0x', and the hexadecimal "
+           "number after it with x";
+}
+
+std::string HintSign(const Stop& stop)
+{
+    const auto* const number = ElementAs<NumberElement>(stop.mPiece);
+    if (number == nullptr || !number->IsHex()) return "";
+    if (stop.Next() != '-' && stop.Next() != '+') return "";
+    return "a hexadecimal number has no sign";
+}
+
+// The text is in the message, but further on.
+std::string HintFurtherOn(const Stop& stop)
+{
+    const auto* const text = ElementAs<StringElement>(stop.mPiece);
+    if (text == nullptr) return "";
+    const std::size_t place = stop.mRest.find(text->MatchText());
+    if (place == std::string_view::npos || place == 0) return "";
+    return "this text comes later, after " + Excerpt(stop.mRest.substr(0, place)) +
+           ": nothing is passed over, so a piece has to take that";
+}
+
+std::string HintTookTooMuch(const Stop& stop)
+{
+    const std::string_view taken = stop.LastTaken();
+    if (taken.empty()) return "";
+    const std::size_t index = *stop.LastTake()->mPiece;
+    const auto* const text = ElementAs<StringElement>(stop.mPiece);
+    const bool tookWanted =
+        text != nullptr && taken.find(text->MatchText()) != std::string_view::npos;
+    const bool isSet = ElementAs<BytesetElement>(stop.mPieces[index]) != nullptr;
+    const bool isLine = ElementAs<EOLElement>(stop.mPieces[index]) != nullptr;
+    const bool tookAll = stop.IsUsedUp() && taken.size() > 1 && (isSet || isLine);
+    if (!tookWanted && !tookAll) return "";
+    return PieceName(index) + " took " + Excerpt(taken) +
+           ": a piece takes all it can and never gives anything back" +
+           (isSet ? "; a set without the character that ends the field stops there, as [^,] does"
+                  : "");
+}
+
+std::string HintCut(const Stop& stop)
+{
+    if (!stop.mIsCut || !stop.IsUsedUp()) return "";
+    return "the message goes on with a byte 00, but the host passes text that ends there";
+}
+
+std::string HintEmptyRest(const Stop& stop)
+{
+    if (!stop.IsUsedUp() || stop.mIsCut || stop.mMessage.empty() ||
+        ElementAs<EOLElement>(stop.mPiece) == nullptr) {
+        return "";
+    }
+    return "each piece needs at least one character, even eol";
+}
+
+constexpr std::string (*kHints[])(const Stop&) = {
+    HintOtherCase, HintSpace,     HintPoint,       HintExponent, HintHexPrefix,
+    HintSign,      HintFurtherOn, HintTookTooMuch, HintCut,      HintEmptyRest,
+};
+
+}  // namespace
+
+Miss ExplainMiss(const Pieces& pieces, std::string_view message, const Trace& trace, bool isCut)
+{
+    const std::size_t index = *trace.mRefusedBy;
+    const Stop stop{
+        pieces, message, trace, isCut, index, pieces[index], message.substr(trace.mStoppedAt)};
+    Miss miss{VerdictWords(stop), TakesOf(stop.mPiece), FoundWords(stop), {}};
+    for (const auto hintFor : kHints) {
+        if (std::string hint = hintFor(stop); !hint.empty()) miss.mHints.push_back(std::move(hint));
+    }
+    return miss;
+}
+
+}  // namespace NExplain

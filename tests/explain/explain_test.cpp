@@ -1,0 +1,364 @@
+// What a parsing string means, where a message stops and why, and what is wrong with a string.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "Common/Explain/byte_text.h"
+#include "Common/Explain/cautions.h"
+#include "Common/Explain/fault.h"
+#include "Common/Explain/meaning.h"
+#include "Common/Explain/miss.h"
+#include "Common/Explain/trace.h"
+#include "Common/Pattern/pattern.h"
+#include "Common/Pattern/pattern_elements.h"
+
+using namespace NExplain;
+using namespace std::string_literals;
+
+namespace {
+
+struct MeaningRow {
+    const char* mPiece;
+    std::string mMeaning;  // what it takes, then " | name: value" for each capture
+};
+
+TEST(Explain, SaysWhatEachPieceMeans)
+{
+    const MeaningRow rows[] = {
+        {"'a?b'",
+         R"(the text "a?b", with uppercase and lowercase as written; each ? is any one character)"},
+        {"\"\xC3\xA4\\x\"", "the text \"\xC3\xA4x\", in uppercase or lowercase"},
+        {"n:s='a'", "the text \"a\", with uppercase and lowercase as written | n: a string"},
+        {"3#", "a whole number, with or without a sign, at most 3 digits"},
+        {"n:i=.#", "a number, with or without a sign and a decimal point | n: an integer"},
+        {"1.2#",
+         "a number, with or without a sign and a decimal point, at most 1 digit before the point, "
+         "at most 2 digits after the point"},
+        {"n:f=2x", "a hexadecimal number without a sign, at most 2 digits | n: a float"},
+        {"?", "exactly 1 byte of any value"},
+        {"n:i=2 bytes",
+         "exactly 2 bytes of any value | n: an integer, least significant byte first"},
+        {"n:b=2 ?", "exactly 2 bytes of any value | n: an integer, most significant byte first"},
+        {"n:f=3 bytes",
+         "exactly 3 bytes of any value | n: a float of the bytes as a whole number, least "
+         "significant byte first"},
+        {"n:s=c", "one or more visible characters (no spaces) | n: a string"},
+        {"2 letters", "exactly 2 letters A to Z or a to z"},
+        {"[0-9ab]", "one or more of the characters '0' to '9', 'a', 'b'"},
+        {"[[+]]", "exactly one of the characters '+'"},
+        {"[^,\\t]", "one or more characters except tab, ','"},
+        {"[^\\]]", "one or more characters except ']'"},
+        {"{0D 41-5A}", "one or more of the bytes 0D, 41 to 5A"},
+        {"{{00-FF}}", "exactly one byte of any value"},
+        {"n:i={00-FE}",
+         "one or more bytes except FF | n: an integer, least significant byte first"},
+        {"(a=0-3, 7-7)",
+         "a block of 1 byte, divided into groups of bits | a: an integer, bits 0 to 3 | : an "
+         "integer, bit 7"},
+        {"(a=0-15)",
+         "a block of 2 bytes, divided into groups of bits; the first byte is the most significant "
+         "| a: an integer, bits 0 to 15"},
+        {"(a=9-8):L",
+         "a block of 2 bytes, divided into groups of bits; the first byte is the least significant "
+         "| a: an integer, bits 8 to 9"},
+        {"n:s=eol", "the rest of the line, with the line ends after it | n: a string"},
+    };
+    for (const MeaningRow& row : rows) {
+        const Pieces pieces = TakeApart(row.mPiece);
+        ASSERT_EQ(pieces.size(), 1U) << row.mPiece;
+        const Meaning meaning = MeaningOf(pieces[0]);
+        std::string shown = meaning.mTakes;
+        for (const CaptureMeaning& capture : meaning.mCaptures) {
+            shown.append(" | ").append(capture.mName).append(": ").append(capture.mValue);
+        }
+        EXPECT_EQ(shown, row.mMeaning) << row.mPiece;
+    }
+}
+
+TEST(Explain, TakesAParsingStringApart)
+{
+    const Pieces pieces = TakeApart(" 'a'  n:s=[a b]\n(x=0-3, y=4-7) :L # .# \t");
+    std::string shown;
+    for (const Piece& piece : pieces) {
+        shown += std::to_string(piece.mStart) + piece.mSource +
+                 (piece.mSkipsSpace ? " skips" : "") + ' ' + std::to_string(piece.mFirstCapture) +
+                 '+' + std::to_string(piece.mCaptures.size()) + '|';
+    }
+    EXPECT_EQ(shown, "1'a' 0+0|6n:s=[a b] 0+1|16(x=0-3, y=4-7) :L 1+2|34# 3+0|36.# skips 3+0|");
+    EXPECT_TRUE(TakeApart(" ").empty());
+    EXPECT_THROW(TakeApart("'a' wrong"), NPattern::PatternSyntaxException);
+}
+
+TEST(Explain, CautionsOnlyAgainstWhatIsSeldomMeant)
+{
+    struct Row {
+        const char* mPattern;
+        const char* mCaution;  // its beginning
+    };
+    for (const Row& row : {Row{"'a' ph:float=[^,]", "this set includes white space"},
+                           {"'a' n:i=[0-9 ]", "this set includes white space"},
+                           {"'a' ph:float=#.#", "this piece and the next are two numbers"},
+                           {"'a' ph:float=3#", "this reads whole numbers only"},
+                           {"'a' n:f=2x", "this reads whole numbers only"}}) {
+        const auto cautions = FindCautions(TakeApart(row.mPattern));
+        ASSERT_EQ(cautions.size(), 1U) << row.mPattern;
+        EXPECT_EQ(cautions[0].mPiece, 1U);
+        EXPECT_EQ(cautions[0].mText.rfind(row.mCaution, 0), 0U) << cautions[0].mText;
+    }
+    for (const char* quiet : {"'a' f:float=.# g:float=[-.0-9] # i:integer=x s:string=[^,]",
+                              "a:i=# b:f=.#", "n:i=4 bytes", "n:i={30-39}", ""}) {
+        EXPECT_TRUE(FindCautions(TakeApart(quiet)).empty()) << quiet;
+    }
+}
+
+struct FaultRow {
+    const char* mPattern;
+    NPattern::PatternErrorCode mCode;
+    std::size_t mStart;
+    std::size_t mLength;
+    const char* mHint;  // part of the only one; null: there is none
+};
+
+TEST(Explain, FindsTheFaultAndItsRemedy)
+{
+    using namespace NPattern;
+    const FaultRow rows[] = {
+        {"'x' '", kErrorUnmatchedQuote, 4, 1, "has no closing quote"},
+        {"'x' \"\"", kErrorEmptyQuotes, 4, 2, "leave it out"},
+        {"n:s=[abc", kErrorUnclosedSet, 4, 1, "has no closing ]"},
+        {"{41 ", kErrorUnclosedSet, 0, 1, "has no closing }"},
+        {"[a\\", kErrorUnfinishedEscape, 0, 1, "has no closing ]"},
+        {"{0A0D}", kErrorInvalidByteValue, 1, 4, ": 0A 0D"},
+        {"{ A}", kErrorInvalidByteValue, 2, 1, ": 0A"},
+        {"{123}", kErrorInvalidByteValue, 1, 3, "separate bytes"},
+        {"{41 z}", kErrorUnexpectedCharacter, 4, 1, "between [ and ]"},
+        {"'a'  !", kErrorUnexpectedCharacter, 5, 1, "outside quotes and sets"},
+        {"\xE2\x80\x9C z", kErrorUnexpectedCharacter, 0, 3, "not a plain quote"},
+        {"a*", kErrorUnexpectedCharacter, 1, 1, "no sign repeats a piece"},
+        {"'a'|'b'", kErrorUnexpectedCharacter, 3, 1, "no alternatives"},
+        {"\\d", kErrorUnexpectedCharacter, 0, 1, "a backslash"},
+        {"'ab' wrong x", kErrorSyntax, 5, 5, "in quotes: 'wrong'"},
+        {"lettrs", kErrorSyntax, 0, 6, "did you mean letters?"},
+        {"pattern.txt", kErrorSyntax, 0, 7, "put -f before it"},
+        {"n:i=3[a-z]", kErrorSyntax, 0, 1, "cannot come before a bracket. [ ]"},
+        {"n:i#", kErrorSyntax, 0, 1, "an = after its type: n:i="},
+        {"x:i#", kErrorSyntax, 1, 1, "an = after its type: x:i="},
+        {"t=.#", kErrorSyntax, 0, 1, "t:float="},
+        {"n:flaot=.#", kErrorSyntax, 0, 1, "did you mean float? The types are string, float, "},
+        {"n:zzzz=.#", kErrorSyntax, 0, 1, "'zzzz' is not a type. The types are"},
+        {"n:i=", kErrorSyntax, 0, 1, "after n:i= comes the piece"},
+        {"n:i=(0-7)", kErrorSyntax, 0, 1, "(n=0-7)"},
+        {"0 chars", kErrorSyntax, 0, 1, "at least 1"},
+        {"digits 4", kErrorSyntax, 7, 1, "before its word: 4 digits"},
+        {"digits4", kErrorSyntax, 0, 7, "before its word: 4 digits"},
+        {"x4", kErrorSyntax, 0, 2, "before its word: 4x"},
+        {"12", kErrorSyntax, 0, 2, "quotes: '12'; # takes"},
+        {"2 bytes:L", kErrorSyntax, 7, 1, "linteger or binteger"},
+        {"(a=0-32)", kErrorSyntax, 0, 1, "0-32 is wider"},
+        {"(a=1)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"'a', 'b'", kErrorSyntax, 3, 1, "quotes: ','"},
+        {"'a' )", kErrorSyntax, 4, 1, "nothing open that ')'"},
+        {"[]", kErrorSyntax, 0, 1, nullptr},
+    };
+    for (const FaultRow& row : rows) {
+        const auto fault = FindFault(row.mPattern);
+        ASSERT_TRUE(fault.has_value()) << row.mPattern;
+        EXPECT_EQ(fault->mCode, row.mCode) << row.mPattern;
+        EXPECT_EQ(fault->mStart, row.mStart) << row.mPattern;
+        EXPECT_EQ(fault->mLength, row.mLength) << row.mPattern;
+        ASSERT_EQ(fault->mHints.size(), row.mHint != nullptr ? 1U : 0U) << row.mPattern;
+        if (row.mHint != nullptr) {
+            EXPECT_NE(fault->mHints[0].find(row.mHint), std::string::npos) << fault->mHints[0];
+        }
+        EXPECT_EQ(fault->mNeeds.empty(), row.mCode != kErrorSyntax) << row.mPattern;
+    }
+    EXPECT_FALSE(FindFault("n:i=#").has_value());
+}
+
+// The needs come from the tables that the engine itself compiles with.
+TEST(Explain, NamesEveryWordThatCouldHaveStoodThere)
+{
+    const auto needsOf = [](const char* pattern) {
+        std::string needs;
+        const Fault fault = FindFault(pattern).value();
+        for (const std::string& need : fault.mNeeds) needs += need + '\n';
+        return needs;
+    };
+    const std::string needs = needsOf("wrong");
+    for (const auto& row : NPattern::kKindWords) {
+        EXPECT_NE(needs.find(' ' + std::string(row.mWord)), std::string::npos) << row.mWord;
+    }
+    for (const auto& row : NPattern::kByteClasses) {
+        EXPECT_NE(needs.find(' ' + std::string(row.mWord)), std::string::npos) << row.mWord;
+    }
+    struct Row {
+        const char* mPattern;
+        const char* mNeed;
+    };
+    for (const Row& row :
+         {Row{"n:i=3[a]", "number     after n:i= after the count 3 one of x hex # digit"},
+          {"n:q=#", "text       another type in the header, and then 'a text"},
+          {"n:i=(1-)", "bit field  no header, and ("},
+          {". x", "number     after the point one of # digit digits, with or"},
+          {"[[]]", "set        characters or ranges like a-z, at least one, up to ]]"},
+          {"{}", "set        bytes like 0D or ranges like 41-5A, at least one, up to }"}}) {
+        EXPECT_NE(needsOf(row.mPattern).find(row.mNeed), std::string::npos) << row.mPattern;
+    }
+}
+
+struct MissRow {
+    const char* mPattern;
+    std::string mMessage;
+    const char* mVerdict;
+    const char* mFound;
+    const char* mHint;  // part of the only one; null: there is none
+};
+
+TEST(Explain, SaysWhyAMessageDoesNotMatch)
+{
+    const MissRow rows[] = {
+        {"'a'", "", "the message is empty", "nothing", nullptr},
+        {"'a' eol", "a", "the message ends before piece 2", "nothing", "even eol"},
+        {"'Ab'", "aB", "piece 1 does not match at byte 0", "\"aB\"", "only uppercase and"},
+        {"# 'H='", "5 H:41", "piece 2 does not match at byte 2",
+         "\"H:41\", which differs at character 2: ':' instead of '='", nullptr},
+        {"'abc'", "ab", "piece 1 does not match at byte 0", "\"ab\", where the message ends",
+         nullptr},
+        {"'a'", " a", "piece 1 does not match at byte 0", "\" a\"", nullptr},
+        {"#", " 5", "piece 1 does not match at byte 0", "space", "at the start of a message"},
+        {"2 bytes #", "ab 5", "piece 2 does not match at byte 2", "space",
+         "and piece 1 reads bytes"},
+        {"# [[ ,]]", "5\t", "piece 2 does not match at byte 1", "tab", "and piece 2 reads bytes"},
+        {"# '?C'", "5.2C", "piece 2 does not match at byte 1",
+         "\".2C\", which differs at character "
+         "2: '2' instead of 'C'",
+         "decimal point as .#"},
+        {"# 'V'", "5e3V", "piece 2 does not match at byte 1", "\"e3V\"", nullptr},
+        {"# letters 'V'", "0x1F", "piece 3 does not match at byte 2", "\"1F\"", nullptr},
+        {"x ';'", "0x1F;", "piece 2 does not match at byte 1", "\"x1F;\"", nullptr},
+        {"x", "-1", "piece 1 does not match at byte 0", "'-'", "has no sign"},
+        {"n:s=chars ';'", "abc;", "the message ends before piece 2", "nothing",
+         "piece 1 took \"abc;\""},
+        {"[^,] 'x'", "ab", "the message ends before piece 2", "nothing", "as [^,] does"},
+        {"3 letters", "ab1", "piece 1 does not match at byte 0", "only 2 of them, then '1'",
+         nullptr},
+        {"3 letters", "ab", "piece 1 does not match at byte 0",
+         "only 2 of them, then the message "
+         "ends",
+         nullptr},
+        {"(0-15)", "a", "piece 1 does not match at byte 0", "only 1 byte", nullptr},
+        {"#", "\x01", "piece 1 does not match at byte 0", "byte 01", nullptr},
+    };
+    for (const MissRow& row : rows) {
+        const Pieces pieces = TakeApart(row.mPattern);
+        const Trace trace = TraceMatch(pieces, row.mMessage);
+        ASSERT_TRUE(trace.mRefusedBy.has_value()) << row.mPattern;
+        const Miss miss = ExplainMiss(pieces, row.mMessage, trace, false);
+        EXPECT_EQ(miss.mVerdict, row.mVerdict) << row.mPattern;
+        EXPECT_EQ(miss.mWanted, MeaningOf(pieces[*trace.mRefusedBy]).mTakes);
+        EXPECT_EQ(miss.mFound, row.mFound) << row.mPattern;
+        if (row.mHint == nullptr) continue;
+        ASSERT_EQ(miss.mHints.size(), 1U) << row.mPattern;
+        EXPECT_NE(miss.mHints[0].find(row.mHint), std::string::npos) << miss.mHints[0];
+    }
+}
+
+std::string HintsOf(const std::string& pattern, const std::string& message, bool isCut = false)
+{
+    const Pieces pieces = TakeApart(pattern);
+    std::string hints;
+    const Trace trace = TraceMatch(pieces, message);
+    const Miss miss = ExplainMiss(pieces, message, trace, isCut);
+    for (const std::string& hint : miss.mHints) hints += hint + '\n';
+    return hints;
+}
+
+TEST(Explain, HintsAtCommonMistakesInMessages)
+{
+    EXPECT_NE(HintsOf("# 'V'", "5e3V").find("a number with an exponent"), std::string::npos);
+    EXPECT_NE(HintsOf("x ';'", "0x1F;").find("a prefix 0x"), std::string::npos);
+    EXPECT_NE(HintsOf("'b'", "aab").find("comes later, after \"aa\""), std::string::npos);
+    EXPECT_NE(HintsOf("'a' #", "a", true).find("a byte 00"), std::string::npos);
+    EXPECT_EQ(HintsOf("'a' #", "a"), "");
+    EXPECT_EQ(HintsOf("x 'e'", "1-e"),
+              "this text comes later, after \"-\": nothing is passed over, "
+              "so a piece has to take that\n");
+}
+
+// Over every beginning of every example message: a trace ends where the match ends, and its takes
+// cover the message up to there without a gap.
+TEST(Explain, TracesWhatTheEngineMatches)
+{
+    namespace fs = std::filesystem;
+    const auto read = [](const fs::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    int matches = 0;
+    int misses = 0;
+    for (const auto& entry : fs::directory_iterator(WORD_SIFTER_EXAMPLES)) {
+        if (entry.path().extension() != ".pattern") continue;
+        const std::string pattern = read(entry.path());
+        const Pieces pieces = TakeApart(pattern);
+        NPattern::Pattern compiled;
+        compiled.SetPatternString(pattern);
+        const std::string input = read(fs::path(entry.path()).replace_extension(".input"));
+        for (std::size_t start = 0; start < input.size(); start = input.find('\n', start) + 1) {
+            const std::size_t end = std::min(input.find('\n', start), input.size());
+            for (std::size_t n = start; n <= end; ++n) {
+                const std::string message = input.substr(start, n - start);
+                const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.data());
+                const auto* const rest =
+                    compiled.Match(data, static_cast<std::uint32_t>(message.size()));
+                const Trace trace = TraceMatch(pieces, message);
+                ASSERT_EQ(trace.mRefusedBy.has_value(), rest == nullptr) << message;
+                (rest != nullptr ? matches : misses)++;
+                if (rest != nullptr) {
+                    EXPECT_EQ(data + trace.mStoppedAt, rest);
+                }
+                std::size_t covered = 0;
+                for (const Take& take : trace.mTakes) {
+                    EXPECT_EQ(take.mSpan.mStart, covered);
+                    EXPECT_GT(take.mSpan.mEnd, covered);
+                    covered = take.mSpan.mEnd;
+                }
+                EXPECT_EQ(covered, trace.mStoppedAt);
+                if (rest == nullptr) ExplainMiss(pieces, message, trace, false);
+            }
+            if (end == input.size()) break;
+        }
+    }
+    EXPECT_GT(matches, 100);
+    EXPECT_GT(misses, 100);
+}
+
+TEST(Explain, ShowsBytesAsText)
+{
+    EXPECT_EQ(Escaped("a\n\r\t\x01\x7F\xC2\x85\xC3\xA4\xFF"),
+              "a\\n\\r\\t\\x01\\x7F\\xC2\\x85\xC3\xA4\\xFF");
+    EXPECT_EQ(Quoted("a\"b"), "\"a\\\"b\"");
+    EXPECT_EQ(Quoted("ab"), "ab");
+    EXPECT_EQ(Quoted(""), "\"\"");
+    EXPECT_EQ(HexOf("\0\xAF"s), "00AF");
+    struct Row {
+        std::string mText;
+        bool mIsUtf8;
+    };
+    for (const Row& row : {Row{"\xC3\xA4", true},
+                           {"\xC1\x81", false},
+                           {"\xE0\x9F\x80", false},
+                           {"\xED\xA0\x80", false},
+                           {"\xEF\xBF\xBD", true},
+                           {"\xF0\x90\x80\x80", true},
+                           {"\xF4\x90\x80\x80", false},
+                           {"\xE2\x82", false},
+                           {"\x80", false}}) {
+        EXPECT_EQ(IsUtf8(row.mText), row.mIsUtf8) << HexOf(row.mText);
+    }
+}
+
+}  // namespace
