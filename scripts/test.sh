@@ -1,6 +1,6 @@
 #!/bin/sh
-# Builds everything on a fresh machine and runs all tests: under the sanitizers, the benchmarks for
-# an instant each, and then as people run them.
+# Builds everything and runs all tests: with the sanitizers, each benchmark for an instant, and the
+# optimized build.
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
