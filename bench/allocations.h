@@ -1,4 +1,4 @@
-// Counts what a program allocates: linking it replaces the global operator new.
+// Counts the allocations of a program. Linking this file replaces the global operator new.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 namespace NBench {
 
-// How many blocks operator new has given out so far.
+// Returns the number of blocks that operator new has allocated so far.
 std::size_t AllocationCount();
 
 }  // namespace NBench

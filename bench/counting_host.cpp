@@ -52,7 +52,7 @@ CountingHost::CountingHost()
     mCallbacks.MakeStringValue = [](const char*, HostValue*) {};
     mCallbacks.ReleaseStringValue = [](HostValue*) {};
     mCallbacks.ReportAssertion = [](const char* text, const char*, std::int32_t line) {
-        std::fprintf(stderr, "Reported in line %d: %s\n", line, text);
+        std::fprintf(stderr, "Assertion failed in line %d: %s\n", line, text);
         std::exit(1);
     };
     mContext.mCallbacks = &mCallbacks;

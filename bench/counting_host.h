@@ -1,5 +1,5 @@
-// A host that does next to nothing, so that what is measured is the actor: it keeps the number of
-// outputs and counts the values that it is given.
+// A host that does almost nothing, so that benchmarks measure the actor. It keeps the number of
+// outputs and counts the values that are set.
 
 #pragma once
 
@@ -11,8 +11,8 @@
 
 namespace NBench {
 
-// One instance on a host of its own. Only one can be at a time. A check that fails in the actor
-// ends the program.
+// A host with one instance. Only one CountingHost may exist at a time. An assertion that the actor
+// reports ends the program.
 class CountingHost {
   public:
     CountingHost();
@@ -21,15 +21,15 @@ class CountingHost {
     ~CountingHost();
 
     void SetParsingString(const std::string& parsingString);
-    // c: as it would come from the input eom_char.
+    // Sets the input eom_char to c.
     void SetEomChar(char c);
-    // text: made by TextValue.
+    // text: a result of TextValue.
     void Deliver(const std::string& text);
 
-    // The bytes of a string of the host's with this text: what stands before it, and the text.
+    // Returns the bytes of a HostString with this text: the bytes before the text, and the text.
     static std::string TextValue(const std::string& text);
 
-    // How often a value, the trigger included, was set so far.
+    // Returns how many values have been set so far, including triggers.
     std::size_t SetValues() const;
 
   private:

@@ -1,4 +1,4 @@
-"""Draws the growth curves as one SVG, and prints how each grows.
+"""Draws the growth curves as one SVG image, and prints how fast each one grows.
 
 Arguments: the JSON file of growth_bench, and the SVG file to write.
 """
@@ -9,15 +9,15 @@ import sys
 
 from report import load_medians, print_table
 
-# Name of the curve, title, what the sizes count.
+# Name of the curve, title, unit of the sizes.
 CURVES = [
-    ("message", "A message taken by a set", "bytes in the message"),
+    ("message", "A message taken by letters", "bytes in the message"),
     ("line", "A message taken by eol", "bytes in the message"),
-    ("elements", "Elements, one byte for each", "elements"),
-    ("captures", "Captures, three digits for each", "captures"),
-    ("delivery", "One delivery, 19 bytes a message", "bytes delivered"),
+    ("elements", "Elements that take one byte each", "elements"),
+    ("captures", "Captures of three digits each", "captures"),
+    ("delivery", "A delivery, 19 bytes per message", "bytes delivered"),
     ("compile", "Compiling", "bytes in the parsing string"),
-    ("failing", "Compiling up to a wrong last byte", "bytes in the parsing string"),
+    ("failing", "Compiling, error in the last byte", "bytes in the parsing string"),
     ("outputs", "Rebuilding the outputs", "outputs"),
 ]
 COLUMNS = 4
@@ -27,7 +27,7 @@ INK, FAINT, LINE = "#222", "#ddd", "#1f5fa8"
 
 
 def exponent(points):
-    """The slope of the logarithms, by least squares over the upper half of the points."""
+    """Returns the slope of the logarithms, by least squares over the upper half of the points."""
     upper = [(math.log(x), math.log(y)) for x, y in points[len(points) // 2:]]
     mean_x = sum(x for x, _ in upper) / len(upper)
     mean_y = sum(y for _, y in upper) / len(upper)
@@ -59,7 +59,7 @@ def line(x1, y1, x2, y2, style):
 
 
 class Axis:
-    """A logarithmic axis over whole decades, from start to end in pixels."""
+    """A logarithmic axis of whole decades, from start to end in pixels."""
 
     def __init__(self, values, start, end):
         self.low = math.floor(math.log10(min(values)) + 1e-9)
@@ -86,7 +86,7 @@ def panel(left, top, title, unit, points):
         parts.append(text(x.start - 6, y.place(tick) + 4, time_text(tick), "end"))
     parts.append(text((x.start + x.end) / 2, y.start + 33, unit))
 
-    # Through the last point: what is exactly linear, as far as it stays in the panel.
+    # A line of exactly linear growth through the last point, as far as it is in the panel.
     last_x, last_y = points[-1]
     first_x = max(points[0][0], last_x * 10.0 ** y.low / last_y)
     parts.append(line(x.place(first_x), y.place(last_y * first_x / last_x), x.place(last_x),
@@ -108,7 +108,7 @@ def picture(curves):
     for i, (title, unit, points) in enumerate(curves):
         parts += panel(i % COLUMNS * PANEL_WIDTH, i // COLUMNS * PANEL_HEIGHT, title, unit, points)
     parts.append(text(LEFT, height - 10, "Processor time against size, both logarithmic. Dashed: "
-                      "linear. Exponent: fitted over the upper half of the sizes.", "start"))
+                      "linear growth. Exponent: fitted to the upper half of the sizes.", "start"))
     return "\n".join(parts + ["</svg>"]) + "\n"
 
 
@@ -123,7 +123,7 @@ def main(source, target):
         rows.append([title, f"{low} to {high} {unit}", f"{most / high:.3g}",
                      f"{exponent(points):.2f}"])
     pathlib.Path(target).write_text(picture(curves), encoding="utf-8")
-    print("Growth: time at the largest size over that size, and the exponent, 1 being linear.\n")
+    print("Growth: time at the largest size over that size, and the exponent (1 is linear).\n")
     print_table(["curve", "sizes", "ns each", "exponent"], rows)
     print(f"\nThe curves: {target}")
 

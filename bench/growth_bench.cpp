@@ -1,4 +1,4 @@
-// How cost grows: each benchmark is one point of a curve, named curve/size.
+// How time grows with size. Each benchmark is one point of a curve and is named curve/size.
 
 #include <benchmark/benchmark.h>
 
@@ -50,13 +50,13 @@ void MeasureCompiling(benchmark::State& state, const std::string& parsingString,
             compiled = false;
         }
         if (compiled != good) {
-            state.SkipWithError("compiled otherwise than expected");
+            state.SkipWithError("unexpected result of compiling");
             break;
         }
     }
 }
 
-// A message as long as size says, taken by a run of letters.
+// A message of size bytes, taken by a run of letters.
 void MessageLength(benchmark::State& state, std::size_t size)
 {
     MeasureMatching(state, "text:string=letters", std::string(size, 'a'));
@@ -67,7 +67,7 @@ void LineLength(benchmark::State& state, std::size_t size)
     MeasureMatching(state, "text:string=eol", std::string(size, 'a'));
 }
 
-// One byte for each of size elements, which capture nothing.
+// size elements that each take one byte and capture nothing.
 void Elements(benchmark::State& state, std::size_t size)
 {
     MeasureMatching(state, Repeated("byte ", size), std::string(size, 'a'));
@@ -86,10 +86,10 @@ void Delivery(benchmark::State& state, std::size_t size)
     host.SetEomChar('\n');
     const std::string delivery = CountingHost::TextValue(Repeated(message, size / message.size()));
     while (state.KeepRunning()) host.Deliver(delivery);
-    if (host.SetValues() == 0) state.SkipWithError("nothing came out");
+    if (host.SetValues() == 0) state.SkipWithError("no value was set");
 }
 
-// A parsing string of just so many bytes.
+// Returns a parsing string of exactly size bytes.
 std::string ParsingStringOf(std::size_t size)
 {
     const std::string piece = "'a,' # ";
@@ -102,7 +102,7 @@ void Compile(benchmark::State& state, std::size_t size)
     MeasureCompiling(state, ParsingStringOf(size), true);
 }
 
-// A closing bracket that nothing opened, as the last byte.
+// The last byte is a closing bracket without an opening one.
 void FailingCompile(benchmark::State& state, std::size_t size)
 {
     MeasureCompiling(state, ParsingStringOf(size - 1) + "]", false);

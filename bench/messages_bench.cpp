@@ -1,5 +1,5 @@
-// Time for each message, and to compile what matches it: the engine against its peers, workload by
-// workload. A peer whose values differ from the engine's on any message isn't timed.
+// Time to match a message and to compile its pattern: the engine against its peers, for each
+// workload. If the values of a peer differ from the engine's for any message, the program ends.
 
 #include <benchmark/benchmark.h>
 
@@ -20,9 +20,9 @@ namespace {
 
 constexpr std::size_t kMessageCount = 10000;
 
-// Pieces of the regular expressions. They take what the engine takes of messages that a device
-// sends, and are otherwise written so that each peer is at its fastest: never two ways to read the
-// same bytes, which is what RE2 needs.
+// Parts of the regular expressions. They match what the engine matches in messages that a device
+// sends. Beyond that, they are written for speed: there is only one way to match the same bytes,
+// because RE2 is fast only then.
 const std::string kFloat = R"(\s*([-+]?[0-9]+(?:\.[0-9]*)?)\s*)";
 const std::string kInteger = R"(\s*([-+]?[0-9]+)\s*)";
 const std::string kHexByte = R"(\s+([0-9A-Fa-f]{1,2}))";
@@ -60,7 +60,7 @@ void RequireSameValues(const std::string& name, const MessageSet& set, const std
     for (const Message& message : set.mMessages) {
         const bool matched = engine.Parse(message);
         if (ioPeer.Parse(message) != matched || (matched && ioPeer.Values() != engine.Values())) {
-            Fail(name + " doesn't agree with the engine on " +
+            Fail(name + " differs from the engine for the message " +
                  std::string(message.mText, message.mLength));
         }
     }
@@ -75,7 +75,8 @@ void ParseAll(const MessageSet& set, Peer& ioPeer)
     }
 }
 
-// One iteration parses all messages. The values were checked, and memory was filled, before.
+// One iteration parses all messages. RequireSameValues has already checked the values and
+// allocated all memory that is reused.
 template <typename Peer>
 void MeasureParsing(benchmark::State& state, const MessageSet& set, Peer& ioPeer)
 {

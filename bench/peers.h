@@ -1,5 +1,5 @@
-// The engine and the pattern matchers that it is measured against. Each is built from its pattern,
-// parses a message and holds the values of the last one that matched.
+// The engine and the pattern matchers that it is compared with. Each is constructed from a pattern,
+// parses messages, and holds the values of the last message that matched.
 
 #pragma once
 
@@ -24,7 +24,7 @@ namespace NBench {
 
 using Message = MessageSet::Message;
 
-// Ends the program: what it would go on to measure means nothing.
+// Ends the program, because its further measurements would be meaningless.
 [[noreturn]] inline void Fail(const std::string& text)
 {
     std::fprintf(stderr, "%s\n", text.c_str());
@@ -104,7 +104,7 @@ class Pcre2Peer {
 template <typename Record>
 class Re2Peer {
   public:
-    // Latin-1, so that a byte is a character.
+    // With Latin-1, each byte is one character.
     explicit Re2Peer(const std::string& regex) : mRegex(regex, RE2::Latin1)
     {
         if (!mRegex.ok()) Fail("RE2: " + regex);

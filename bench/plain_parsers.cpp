@@ -12,7 +12,7 @@ namespace {
 using NPattern::Byte;
 using Message = MessageSet::Message;
 
-// Walks over a message. Each step moves on behind what it took, or gives false.
+// Reads a message step by step. Each step moves past what it took, or returns false.
 class Walker {
   public:
     explicit Walker(const Message& message)
@@ -27,7 +27,7 @@ class Walker {
         return true;
     }
 
-    // text: in lower case.
+    // text: in lowercase.
     bool LiteralIgnoringCase(std::string_view text)
     {
         if (Left() < text.size()) return false;

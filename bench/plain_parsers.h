@@ -1,5 +1,5 @@
-// The parsers that need no pattern: one written by hand for each kind of message, and sscanf. They
-// take what the parsing string of the workload takes.
+// Parsers without a pattern: one written by hand for each kind of message, and one with sscanf.
+// They match what the parsing string of the workload matches.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace NBench {
 
-// Each gives whether the message matched; a message that didn't may have changed the record.
+// Each returns true if the message matches. Otherwise outRecord may have changed.
 bool ParseByHand(const MessageSet::Message& message, SensorRecord& outRecord);
 bool ParseByHand(const MessageSet::Message& message, PositionRecord& outRecord);
 bool ParseByHand(const MessageSet::Message& message, HexDataRecord& outRecord);
@@ -16,7 +16,8 @@ bool ParseByHand(const MessageSet::Message& message, CommandRecord& outRecord);
 bool ParseByHand(const MessageSet::Message& message, PacketRecord& outRecord);
 bool ParseByHand(const MessageSet::Message& message, HeadingRecord& outRecord);
 
-// The same by sscanf, which can't read packets: they hold NULs. The message must end in a NUL.
+// The same with sscanf. It can't read packets, because they contain NULs. A NUL must follow the
+// message.
 bool ParseByScanf(const MessageSet::Message& message, SensorRecord& outRecord);
 bool ParseByScanf(const MessageSet::Message& message, PositionRecord& outRecord);
 bool ParseByScanf(const MessageSet::Message& message, HexDataRecord& outRecord);

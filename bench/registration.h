@@ -1,4 +1,4 @@
-// What the main of all benchmark programs asks of each.
+// The function that each benchmark program defines for the common main.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-"""Prints what the benchmarks measured, as tables. Argument: the folder of their JSON files."""
+"""Prints the results of the benchmarks as tables. Argument: the folder of their JSON files."""
 
 import json
 import math
@@ -10,7 +10,7 @@ WORKLOADS = "abcdef"
 
 
 def load_medians(path):
-    """The median of each benchmark by its name: its counters, and its processor time."""
+    """Returns the median run of each benchmark by name, with its counters and processor time."""
     runs = json.loads(path.read_text())["benchmarks"]
     return {run["run_name"]: run for run in runs if run.get("aggregate_name") == "median"}
 
@@ -50,8 +50,9 @@ def report_messages(medians):
                     + [shown(value) for value in ratios[len(PEERS):]])
     means = [shown(math.exp(sum(map(math.log, column)) / len(column))) for column in columns]
     rows.append(["mean", ""] + means[:len(PEERS)] + ["", ""] + means[len(PEERS):])
-    print("The engine: ns a message, its time over that of each peer, allocations a message,")
-    print("us to compile, and that over what each peer needs. Means are geometric.\n")
+    print("The engine: ns per message, ratio of its time to that of each peer, allocations per")
+    print("message, us to compile, and ratio to the compile time of each peer. Means are")
+    print("geometric.\n")
     print_table(["", "ns"] + [f"/{peer}" for peer in PEERS]
                 + ["allocs", "compile us", "/pcre2", "/re2"], rows)
 
@@ -71,11 +72,12 @@ def report_shell(medians):
             if cut == "lines":
                 row += [f"{values / messages:.1f}", f"{25 + 10 * values / messages:.0f}"]
         rows.append(row)
-    print("\nThe shell, a delivery of 1 MiB: ns a message, those above the engine's own, values")
-    print("captured a message, and the goal of 25 ns and 10 for each. Then the same without an")
-    print("end-of-message character in the text, which cuts it into messages of 2048 bytes.\n")
-    print_table(["", "engine", "shell", "above", "values", "goal", "uncut: engine", "shell",
-                 "above"], rows)
+    print("\nThe shell, a delivery of 1 MiB: ns per message of the engine and of the shell, what")
+    print("the shell adds, values captured per message, and the goal: 25 ns plus 10 ns per value.")
+    print("Then the same for a text without end-of-message characters, which is cut into messages")
+    print("of 2048 bytes.\n")
+    print_table(["", "engine", "shell", "added", "values", "goal", "uncut: engine", "shell",
+                 "added"], rows)
 
 
 def main(folder):

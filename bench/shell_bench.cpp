@@ -1,6 +1,6 @@
-// What the shell adds to the engine: a delivery of a mebibyte of messages to an instance, beside a
-// plain loop of the engine over the same messages. Packets are missing: they hold NULs, which end a
-// delivery.
+// What the shell costs in addition to the engine: a delivery of 1 MiB of messages to an instance,
+// compared with a plain loop of the engine over the same messages. Packets are left out, because
+// they contain NULs, which end a delivery.
 
 #include <benchmark/benchmark.h>
 
@@ -30,7 +30,7 @@ MessageSet MakeDelivery(const Workload& workload)
     return MakeMessages(workload, kDeliverySize * kSample / sampleSize, '\n');
 }
 
-// The messages that are cut where nothing but the limit ends them.
+// Returns the messages of a text that only the limit of length divides.
 std::vector<Message> CutAtLimit(const std::string& text)
 {
     std::vector<Message> messages;
@@ -39,7 +39,7 @@ std::vector<Message> CutAtLimit(const std::string& text)
     return messages;
 }
 
-// Gives how many values were captured.
+// Returns the number of captured values.
 std::size_t RunEngine(const std::vector<Message>& messages, NPattern::Pattern& ioPattern,
                       NPattern::CapturedParameters& ioParameters, std::size_t& outMatched)
 {
@@ -70,7 +70,7 @@ void MeasureEngine(benchmark::State& state, const Workload& workload,
     state.counters["matched"] = static_cast<double>(matched);
 }
 
-// values: what the host must be given by each delivery, or the figure means nothing.
+// values: the number of values that each delivery must set; otherwise the benchmark fails.
 void MeasureShell(benchmark::State& state, const Workload& workload, const std::string& delivery,
                   char eomChar, std::size_t values)
 {
@@ -82,10 +82,10 @@ void MeasureShell(benchmark::State& state, const Workload& workload, const std::
         host.Deliver(delivery);
         ++deliveries;
     }
-    if (host.SetValues() != deliveries * values) state.SkipWithError("other values than expected");
+    if (host.SetValues() != deliveries * values) state.SkipWithError("unexpected number of values");
 }
 
-// The same delivery, cut at its line ends or at the limit of length alone.
+// cutAtLimit: only the limit of length divides the delivery into messages, not its line ends.
 void AddWorkload(const Workload& workload, bool cutAtLimit)
 {
     const auto set = std::make_shared<MessageSet>(MakeDelivery(workload));

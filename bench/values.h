@@ -1,5 +1,5 @@
-// What is captured, in types that are the same for every peer, so that it can be compared. A
-// record of captures is a tuple of these: double, std::int32_t, std::string, and the types below.
+// Captured values, in types that are the same for every peer, so that they can be compared. A
+// record of captures is a tuple of double, std::int32_t, std::string, and the types below.
 
 #pragma once
 
@@ -15,13 +15,13 @@
 
 namespace NBench {
 
-// An integer written in hexadecimal digits.
+// An integer in hexadecimal digits.
 struct Hex {
     std::int32_t mValue = 0;
     bool operator==(const Hex&) const = default;
 };
 
-// The five fields in the four bytes of a packet, most significant byte first.
+// The five fields in the four bytes of a packet, the most significant byte first.
 struct PacketBits {
     std::int32_t mMode = 0;   // bits 0 to 2
     std::int32_t mChan = 0;   // 3 to 8
@@ -31,13 +31,13 @@ struct PacketBits {
     bool operator==(const PacketBits&) const = default;
 };
 
-// Two bytes, least significant first.
+// Two bytes, the least significant first.
 struct LittleWord {
     std::int32_t mValue = 0;
     bool operator==(const LittleWord&) const = default;
 };
 
-// Read: the value of the bytes that a peer captured.
+// Read: converts the bytes that a peer captured.
 template <typename Number, typename... Format>
 void ReadNumber(std::string_view text, Number& outValue, Format... format)
 {
@@ -78,7 +78,7 @@ inline void Read(std::string_view bytes, LittleWord& outValue)
                                                                  << 8;
 }
 
-// capture: gives the bytes of the capture at a position, from 0.
+// capture: returns the bytes of the capture at an index from 0.
 template <typename Capture, typename... Values>
 void ReadCaptures(std::tuple<Values...>& outRecord, Capture capture)
 {
@@ -89,7 +89,7 @@ void ReadCaptures(std::tuple<Values...>& outRecord, Capture capture)
     (std::index_sequence_for<Values...>{});
 }
 
-// Take: the value of what the engine captured, with ioNext moved behind it.
+// Take: copies what the engine captured and moves ioNext past it.
 inline void Take(const NPattern::Parameter*& ioNext, double& outValue)
 {
     outValue = ioNext++->mFloatValue;

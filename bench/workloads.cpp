@@ -65,7 +65,7 @@ std::string MakePacket(Random& ioRandom)
     return packet;
 }
 
-// One in ten is a heading.
+// One in ten messages is a heading.
 std::string MakeHeading(Random& ioRandom)
 {
     switch (ioRandom.Below(10)) {

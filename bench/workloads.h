@@ -1,4 +1,4 @@
-// The messages that are measured: six kinds that devices send, each with its parsing string.
+// The measured messages: six kinds that devices send, each with its parsing string.
 
 #pragma once
 
@@ -11,10 +11,10 @@
 
 namespace NBench {
 
-// Gives the same numbers on every machine.
+// Returns the same numbers on every machine.
 class Random {
   public:
-    // From 0 to bound - 1.
+    // Returns a number from 0 to bound - 1.
     unsigned Below(unsigned bound) { return static_cast<unsigned>(mEngine()) % bound; }
 
   private:
@@ -30,7 +30,7 @@ struct Workload {
 enum WorkloadIndex { kSensor, kPosition, kHexData, kCommand, kPacket, kHeading, kWorkloadCount };
 extern const std::array<Workload, kWorkloadCount> kWorkloads;
 
-// Messages in one buffer, each with a terminator behind it, as a delivery brings them.
+// Messages in one buffer, each followed by a terminator, as in a delivery.
 struct MessageSet {
     struct Message {
         const char* mText;      // in mBuffer
@@ -40,7 +40,7 @@ struct MessageSet {
     std::vector<Message> mMessages;
 };
 
-// Distinct messages of a workload, the same ones on each call.
+// Returns count distinct messages of a workload, the same in each call.
 MessageSet MakeMessages(const Workload& workload, std::size_t count, char terminator);
 
 }  // namespace NBench

@@ -1,4 +1,4 @@
-# Flags that every target of this project is built with, by linking word_sifter_flags.
+# Compiler and linker flags of all targets. Every target links word_sifter_flags.
 add_library(word_sifter_flags INTERFACE)
 target_include_directories(word_sifter_flags INTERFACE ${PROJECT_SOURCE_DIR})
 if(MSVC)

@@ -1,4 +1,4 @@
-// The engine: the first line of an input is a parsing string, the rest of it a message.
+// Fuzzes the engine. The first line of an input is a parsing string, the rest is a message.
 
 #include <algorithm>
 #include <bit>
@@ -22,13 +22,13 @@ namespace {
 
 constexpr char kGoodString[] = "n:i=#";
 
-// All that the elements dump.
+// Returns the dumps of all elements.
 std::string WholeDump(const NPattern::ElementList& elements)
 {
     char* text = nullptr;
     std::size_t size = 0;
     std::FILE* const stream = open_memstream(&text, &size);
-    Expect(stream != nullptr, "there is memory for a dump");
+    Expect(stream != nullptr, "the dump has memory");
     for (const auto& element : elements) element->Dump(stream);
     std::fclose(stream);
     std::string dump(text, size);
@@ -36,7 +36,7 @@ std::string WholeDump(const NPattern::ElementList& elements)
     return dump;
 }
 
-// What compiling gives: the dump, or the error. Any other exception ends the program.
+// Returns the result of compiling: the dump or the error. Any other exception ends the program.
 std::string Outcome(const std::string& parseString)
 {
     try {
@@ -44,7 +44,7 @@ std::string Outcome(const std::string& parseString)
     } catch (const PatternSyntaxException& error) {
         Expect(error.mPosition >= -1 &&
                    error.mPosition < static_cast<std::int64_t>(parseString.size()),
-               "an error has its place in the string, or just before it");
+               "the position of an error is in the string or just before it");
         return error.Message();
     }
 }
@@ -84,29 +84,30 @@ bool AllSame(const std::vector<Parameter>& a, const std::vector<Parameter>& b, S
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
-// kept: holds the captures of another string.
+// kept: initially contains the captures of another string.
 void CheckMatch(Pattern& pattern, const HeapMessage& message, CapturedParameters& kept)
 {
     const std::vector<Parameter> declared = Captures(pattern);
     pattern.CollectParameters(kept);
-    Expect(AllSame(declared, kept.Entries(), SameValue), "what is kept follows the pattern");
+    Expect(AllSame(declared, kept.Entries(), SameValue), "kept captures follow the pattern");
     const Byte* const rest = pattern.Match(message.Data(), message.Length());
     if (rest == nullptr) return;
     Expect(rest >= message.Data() && rest <= message.Data() + message.Length(),
            "a match ends inside its message");
     const std::vector<Parameter> captured = Captures(pattern);
-    Expect(AllSame(declared, captured, SameOutput), "a match changes values alone");
+    Expect(AllSame(declared, captured, SameOutput), "a match changes only values");
     pattern.CollectParameters(kept);
-    Expect(AllSame(captured, kept.Entries(), SameValue), "what is kept follows the match");
-    Expect(pattern.Match(message.Data(), message.Length()) == rest, "a match depends on nothing");
-    Expect(AllSame(captured, Captures(pattern), SameValue), "nor do its values");
+    Expect(AllSame(captured, kept.Entries(), SameValue), "kept captures follow the match");
+    Expect(pattern.Match(message.Data(), message.Length()) == rest,
+           "a second match has the same end");
+    Expect(AllSame(captured, Captures(pattern), SameValue), "a second match has the same values");
 }
 
 void CheckEmpty(Pattern& pattern, const HeapMessage& message)
 {
     Expect(Captures(pattern).empty(), "a failed compile leaves no captures");
     Expect(pattern.Match(message.Data(), message.Length()) == nullptr,
-           "a failed compile leaves nothing that matches");
+           "a failed compile leaves a pattern that never matches");
 }
 
 }  // namespace
@@ -119,7 +120,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const HeapMessage message(input.substr(std::min(lineEnd + 1, size)));
 
     const std::string outcome = Outcome(parseString);
-    Expect(Outcome(parseString) == outcome, "a string compiles alike each time");
+    Expect(Outcome(parseString) == outcome, "a string always compiles to the same result");
 
     Pattern pattern;
     Expect(Compile(pattern, kGoodString), "a good string compiles");
@@ -130,7 +131,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     } else {
         CheckEmpty(pattern, message);
     }
-    Expect(Compile(pattern, kGoodString), "a good string compiles after any other");
-    Expect(MatchResult(pattern, "42") == "n=42 | ", "and matches");
+    Expect(Compile(pattern, kGoodString), "a good string compiles after any other string");
+    Expect(MatchResult(pattern, "42") == "n=42 | ", "a good string matches after any other string");
     return 0;
 }

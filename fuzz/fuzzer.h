@@ -1,4 +1,4 @@
-// What the two fuzzers share with each other and with the program that replays inputs.
+// Shared by both fuzzers and by the program that replays inputs.
 
 #pragma once
 
@@ -7,13 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Runs one input. The only function of a fuzzer.
+// Runs one input. Each fuzzer defines this function.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-// Ends the program, which makes a finding of the input, unless held.
+// Aborts the program if held is false, so that the fuzzer reports the input. what: the
+// property that must hold.
 inline void Expect(bool held, const char* what)
 {
     if (held) return;
-    std::fprintf(stderr, "Not so: %s\n", what);
+    std::fprintf(stderr, "Violated: %s\n", what);
     std::abort();
 }

@@ -1,5 +1,5 @@
-// Runs a fuzzer over the files of the folders named on the command line, in a build with any
-// compiler. The name of the file that ends the program is the last one printed.
+// Runs a fuzzer over all files of the folders on the command line. Works with any compiler. If an
+// input ends the program, the last name printed is the name of its file.
 
 #include <cstdio>
 #include <filesystem>
@@ -13,7 +13,7 @@ int main(int argc, char** argv)
 {
     int count = 0;
     for (int i = 1; i < argc; ++i) {
-        if (!std::filesystem::exists(argv[i])) continue;  // nothing was ever found
+        if (!std::filesystem::exists(argv[i])) continue;  // there are no regressions
         for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
             std::printf("%s\n", entry.path().string().c_str());
             std::fflush(stdout);
@@ -25,7 +25,7 @@ int main(int argc, char** argv)
             ++count;
         }
     }
-    Expect(count > 0, "there are inputs");
+    Expect(count > 0, "the folders contain inputs");
     std::printf("%d inputs\n", count);
     return 0;
 }

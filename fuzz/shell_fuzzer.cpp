@@ -1,29 +1,29 @@
 // clang-format off: the verbs are a table
 //
-// The shell on the stand-in host: an input is a script, each line of it one thing that the host
-// does. The first byte of a line is its verb, the rest its text:
+// Fuzzes the shell on the stand-in host. An input is a script. Each line is one action of the host:
+// the first byte is its verb, the rest is its text.
 //
 //   c    create an instance
-//   0-3  go on with that one
-//   x    dispose of it
-//   a    dispose of it and begin it anew
-//   u    hand released blocks out again from here on
-//   s    restore the text as state
-//   z    restore the default state
-//   g    save, into N bytes
+//   0-3  select this instance
+//   x    dispose of the instance
+//   a    dispose of the instance and create it again in the same record
+//   u    from now on, reuse released blocks
+//   s    set the text as the state
+//   z    set the default state
+//   g    get the state into N bytes
 //   e    set the end-of-message byte
 //   t    deliver the text
-//   n    notify input N of no value
-//   d    dialog, accepted with the text
-//   v    dialog, the text checked
-//   h    ask for a help text of N bytes
-//   i    size and drawing of the icon
-//   fON  the Nth call from now of operation O fails; of any operation where O is '*'
-//   mN   the host claims an odd number of outputs when it is next asked
-//   rO.. the rest of the line is done from inside the next call of operation O; where O is '*',
-//        from inside the next output that is set
+//   n    report a change of input N without a value
+//   d    open the dialog and accept the text
+//   v    open the dialog, validate the text and cancel
+//   h    get help texts of N bytes
+//   i    get the size of the icon and draw it
+//   fON  make the Nth call of operation O from now fail; if O is '*', of any operation
+//   mN   report a wrong number of outputs at the next query
+//   rO.. execute the rest of the line inside the next call of operation O; if O is '*', inside the
+//        next call that sets an output
 //
-// An operation is the letter at its place in the table, from 'a' on.
+// The letter of an operation is its index in the table, counted from 'a'.
 //
 // clang-format on
 
@@ -59,7 +59,7 @@ class Session {
     Session();
 
     void Run(std::string_view script);
-    // Asks every instance that is left for an honest piece of work, and balances the accounts.
+    // Checks that every remaining instance still works, and that everything has been returned.
     void Finish();
 
   private:
@@ -71,28 +71,28 @@ class Session {
     void DoInside(std::size_t operation);
 
     StandInHost mHost{GetActorInfo};
-    std::vector<Instance*> mInstances;  // those created in full
+    std::vector<Instance*> mInstances;  // only completely created ones
     std::size_t mCurrent = 0;
     int mCommands = 0;
 
-    // By operation, and behind them one for any or for an output that is set.
-    std::array<int, kOperationCount + 1> mCallsToFailure{};  // 0: none is to fail
+    // By operation. The last entry stands for any operation, or for an output that is set.
+    std::array<int, kOperationCount + 1> mCallsToFailure{};  // 0: none fails
     std::array<std::deque<std::string_view>, kOperationCount + 1> mInside;
 
     std::int32_t mClaimedCount = 0;
-    bool mClaiming = false;   // the next count is mClaimedCount
-    bool mHonest = true;      // the host did nothing odd so far
-    std::string_view mTyped;  // into the dialog that opens next
+    bool mClaiming = false;   // the next query returns mClaimedCount
+    bool mHonest = true;      // the host has done nothing wrong so far
+    std::string_view mTyped;  // the text for the next dialog
     bool mAccepting = false;
 };
 
-// A number out of the first byte of a text.
+// Returns the number that the first byte of a text stands for.
 unsigned NumberIn(std::string_view text)
 {
     return text.empty() ? 0 : (static_cast<unsigned char>(text.front()) - unsigned{'0'}) & 0xFF;
 }
 
-// The place behind all operations stands for any.
+// Returns an index of an operation, or kOperationCount for any operation.
 std::size_t OperationIn(std::string_view text)
 {
     constexpr std::size_t kAny = kOperationCount;
@@ -191,7 +191,7 @@ void Session::Restore(Instance& instance, std::string_view state)
 {
     instance.SetState(state);
     if (mHonest && instance.Info().mActorDataPtr != nullptr) {
-        Expect(instance.State() == state, "a state comes back as it was");
+        Expect(instance.State() == state, "an instance returns its state unchanged");
     }
 }
 
@@ -223,8 +223,9 @@ void Session::DoInside(std::size_t operation)
     Do(line);
 }
 
-// Where the host lied about its outputs, failed to change them, or changed them while values went
-// out, the actor can't know which there are.
+// Returns true if a wrong action of the host explains the violation. If the host reports a wrong
+// number of outputs, fails to change them, or changes them while values are set, the actor can't
+// know which outputs exist.
 bool FollowsFromOddities(const std::string& violation)
 {
     return violation.find("unknown output") != std::string::npos ||
@@ -243,10 +244,10 @@ void Session::Finish()
         instance->Deliver("42");
         Expect(instance->Outputs().size() == 2 && instance->Outputs()[1].mValue.Integer() == 42 &&
                    instance->Outputs()[0].mValue.Integer() == 1,
-               "an instance works again once the host does");
+               "an instance works again when the host does");
     }
     if (mHost.Icon() != nullptr)
-        *mHost.Icon() = NActor::IconRecord{};  // as in a library just loaded
+        *mHost.Icon() = NActor::IconRecord{};  // as in a newly loaded library
     for (const std::string& violation : mHost.Close()) {
         Expect(!mHonest && FollowsFromOddities(violation), violation.c_str());
     }

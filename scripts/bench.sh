@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds the benchmarks on a fresh machine, runs them and prints what they measured.
+# Builds and runs the benchmarks, and prints their results as tables.
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
@@ -9,7 +9,7 @@ need_packages python3
 cmake --preset bench >/dev/null
 cmake --build --preset bench -- --quiet
 
-# measure PROGRAM REPETITIONS: leaves what it measured in a file of the program's name.
+# measure PROGRAM REPETITIONS: writes the results to build/bench/PROGRAM.json.
 measure() {
     echo "Measuring: $1" >&2
     "build/bench/bin/$1" --benchmark_repetitions="$2" --benchmark_enable_random_interleaving=true \

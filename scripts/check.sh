@@ -1,5 +1,5 @@
 #!/bin/sh
-# The checks that run nothing: layout, clang-tidy, cppcheck, Clang's warnings, and the scripts.
+# Static checks: format, scripts, the warnings of Clang, clang-tidy and cppcheck.
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
@@ -10,7 +10,7 @@ if [ -d bench ]; then folders="$folders bench"; fi
 # shellcheck disable=SC2086  # one word for each folder
 sources=$(find $folders -name '*.cpp' -o -name '*.h' | sort)
 
-echo "== layout"
+echo "== format"
 # shellcheck disable=SC2086
 clang-format --dry-run -Werror $sources
 
@@ -22,7 +22,8 @@ cmake --preset clang >/dev/null
 cmake --build --preset clang -- --quiet
 
 echo "== clang-tidy"
-# tidy FOLDER... -- OPTION...: over each source there that is built on this system.
+# tidy FOLDER... -- OPTION...: runs clang-tidy on each source in the folders that is built on this
+# system.
 tidy() {
     tidied=
     while [ "$1" != -- ]; do tidied="$tidied $1"; shift; done
@@ -32,14 +33,14 @@ tidy() {
         xargs -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang "$@" 2>/dev/null
 }
 tidy Common actor standin --
-# Without the analyzer: it would walk for minutes through the libraries that sift is built on.
+# Without the analyzer, which takes minutes for the headers of the libraries that sift uses.
 tidy tools -- '--checks=-clang-analyzer-*'
 
 echo "== cppcheck"
-# System headers are not ours to check. A record that is looked up anew behind each operation of the
-# host isn't one look too many: the host may have disposed of it.
+# System headers aren't checked. The shell fetches a record again after each operation of the host,
+# because the host may have disposed of it. cppcheck reports this as a redundant null check.
 cppcheck --quiet --error-exitcode=1 --std=c++20 --language=c++ --inline-suppr -j "$(nproc)" \
     --enable=warning,performance,portability --suppress=missingIncludeSystem \
     --suppress=nullPointerRedundantCheck -I . \
     Common actor standin tools
-echo "All clean."
+echo "All checks passed."

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Tells how many lines of the engine and of the shell the tests reach, and which they don't.
+# Reports how many lines of the engine and the shell the tests reach, and which they don't reach.
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages

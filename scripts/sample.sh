@@ -1,12 +1,12 @@
 #!/bin/sh
-# Builds the plug-in and sift on a fresh machine, and runs them over sample inputs.
+# Builds the plug-in and sift, and runs them over sample messages.
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
 cmake -S . -B build/sample -G Ninja -DCMAKE_BUILD_TYPE=Release -DWORD_SIFTER_TESTS=OFF >/dev/null
 cmake --build build/sample -- --quiet
 
-# show PATTERN-FILE INPUT-FILE
+# show PATTERN-FILE INPUT-FILE: prints the command and its result.
 show() {
     echo
     echo "\$ sift -f $1 $2"

@@ -1,5 +1,5 @@
-# Sourced by the other scripts: goes to the top of the checkout, and gives need_packages, which
-# installs what isn't there yet.
+# The other scripts source this file. It changes to the top folder of the checkout and defines
+# functions that install missing packages.
 
 set -eu
 cd "$(dirname "$0")/.."
@@ -7,8 +7,8 @@ cd "$(dirname "$0")/.."
 # need_packages PACKAGE...: installs the Debian packages that are missing.
 need_packages() {
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-        echo "This isn't Debian (no apt-get here), so nothing is installed. Please see to these" >&2
-        echo "yourself, or to what your system calls them: $*" >&2
+        echo "This system isn't Debian (apt-get is missing), so nothing is installed. Please" >&2
+        echo "install these packages, or what your system calls them: $*" >&2
         return 0
     fi
     missing=

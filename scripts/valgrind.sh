@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs the tests under valgrind, in an ordinary build.
+# Runs the tests and the inputs of the fuzzers under valgrind, in a build without sanitizers.
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
@@ -10,7 +10,7 @@ cmake -S . -B build/valgrind -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS
 cmake --build build/valgrind -- --quiet
 
 # under_valgrind PROGRAM [ARGUMENT...]
-# Allocation functions that the program itself brings stay in force.
+# valgrind doesn't replace allocation functions that the program itself defines.
 under_valgrind() {
     program=build/valgrind/bin/$1
     echo "== $1"

@@ -1,5 +1,5 @@
-# Fails unless the module defines GetActorInfo, and nothing else, for the world.
-# Call: cmake -DNM=nm -DMODULE=path -P check_exports.cmake
+# Fails unless the module exports GetActorInfo and nothing else.
+# Usage: cmake -DNM=nm -DMODULE=path -P check_exports.cmake
 execute_process(COMMAND ${NM} -D --defined-only ${MODULE}
     OUTPUT_VARIABLE table RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
