@@ -15,7 +15,7 @@ using NPattern::Parameter;
 
 namespace {
 
-// "bytes 41 to 5A, 61" for those bytes that are members, or for those that are not.
+// "41 to 5A, 61": the bytes that are members, or those that are not.
 std::string ListOf(const BytesetElement& set, bool members)
 {
     const auto nameOf = [&set](unsigned b) {
@@ -40,12 +40,16 @@ std::string ListOf(const BytesetElement& set, bool members)
 
 std::string TakesBracketedSet(const BytesetElement& set)
 {
+    const bool isSingle = set.Length() == 1;
     const std::string unit = set.IsInBraces() ? "byte" : "character";
+    const std::string amount = isSingle ? "exactly one" : "one or more";
+    const std::string units = unit + (isSingle ? "" : "s");
     unsigned count = 0;
     for (unsigned b = 0; b < 256; ++b) count += set.Has(static_cast<Byte>(b)) ? 1 : 0;
-    const std::string amount = set.Length() == 1 ? "exactly one" : "one or more";
-    const std::string units = unit + (set.Length() == 1 ? "" : "s");
     if (count == 256) return amount + ' ' + units + " of any value";
+    if (count == 1) {
+        return "the " + unit + ' ' + ListOf(set, true) + (isSingle ? ", once" : ", once or more");
+    }
     // A set that leaves out little is described by that.
     if (count > 128) return amount + ' ' + units + " except " + ListOf(set, false);
     return amount + " of the " + unit + "s " + ListOf(set, true);
