@@ -4,7 +4,7 @@
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
-need_packages libgtest-dev locales
+need_packages libgtest-dev locales pkgconf
 
 [ $# -gt 0 ] || set -- release
 for preset in "$@"; do

@@ -162,8 +162,10 @@ void FormatHelp(CLI::App& app)
 void WriteManual(std::ostream& stream, const CLI::App& app)
 {
     stream
-        << ".TH SIFT 1 \"\" \"Word Sifter\"\n.SH NAME\nsift \\- run the Word Sifter plug\\-in over "
-           "messages\n.SH SYNOPSIS\n\\fBsift\\fR [\\fIoptions\\fR] \\fIPATTERN\\fR "
+        << ".TH SIFT 1 \"\" \"Word Sifter " WORD_SIFTER_VERSION
+           "\"\n.SH NAME\n"
+           "sift \\- run the Word Sifter plug\\-in over messages\n.SH SYNOPSIS\n\\fBsift\\fR "
+           "[\\fIoptions\\fR] \\fIPATTERN\\fR "
            "[\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-f\\fR \\fIPATTERN-FILE"
            "\\fR [\\fIFILE\\fR ...]\n.SH DESCRIPTION\n"
         << Roff(kDescription)

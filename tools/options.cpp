@@ -138,6 +138,8 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
                    "The plug-in module to run. The default is the one that comes with sift")
         ->option_text("PATH");
     app.set_help_flag("-h,--help", "Print this help and exit")->group("Other");
+    app.set_version_flag("--version", "sift " WORD_SIFTER_VERSION, "Print the version and exit")
+        ->group("Other");
     app.add_flag("--man", outLine.mManual, "Print the manual page and exit")->group("");
 }
 

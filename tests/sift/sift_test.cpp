@@ -318,4 +318,12 @@ TEST_F(Sift, RunsTheExamples)
     EXPECT_GE(examples, 6);
 }
 
+TEST_F(Sift, ReportsItsVersion)
+{
+    EXPECT_EQ(Run("--version"), 0);
+    EXPECT_EQ(mOut, "sift " WORD_SIFTER_VERSION "\n");
+    EXPECT_EQ(Run("--man"), 0);
+    ExpectParts(mOut, ".TH SIFT 1 \"\" \"Word Sifter " WORD_SIFTER_VERSION "\"\n~\\-\\-version");
+}
+
 }  // namespace
