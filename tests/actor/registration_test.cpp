@@ -3,7 +3,7 @@
 #include <cstring>
 #include <utility>
 
-#include "actor/dynamic_outputs.h"
+#include "actor/property_id.h"
 #include "actor_support.h"
 
 using NActor::ActorInfo;
@@ -140,7 +140,7 @@ TEST_F(Registration, MakesIdsAndReportsThoseOutOfRange)
     NActor::HostContext context{{}, &table};
     const auto idOf = [&](const char* base, int index) {
         sReported.clear();
-        const std::uint32_t id = NActor::MakeTwoCharId(&context, base, index);
+        const std::uint32_t id = NActor::MakeTwoCharId(NActor::Host(&context), base, index);
         std::string text;
         for (int shift = 24; shift >= 0; shift -= 8) text += static_cast<char>(id >> shift & 0xFF);
         return text;
