@@ -25,7 +25,8 @@ void DisposeInstance(const HostCall& call) noexcept
     if (!call.Check(record != nullptr, "info != nil", __LINE__)) return;
     const RecordWatch watch(record);
     DropParseString(call, *record);
-    call.Check(watch.Record() != nullptr, "ioActorInfo->mActorDataPtr != nil", __LINE__);
+    call.Check(watch.Record() != nullptr && call.Record() != nullptr,
+               "ioActorInfo->mActorDataPtr != nil", __LINE__);
     // A host that disposed of the instance from inside that release has left nothing to do.
     if (watch.Record() == nullptr) return;
     // From here on nothing finds the record. What was stored from inside the release goes too.
