@@ -114,7 +114,6 @@ struct HostOperations {
         template <typename... Details>
         explicit Scope(Operation operation, const Details&... details)
         {
-            ++sOperationDepth;
             if (sHost->mLogging) {
                 std::ostringstream line;
                 line << kOperationNames[operation];
@@ -125,11 +124,18 @@ struct HostOperations {
         }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
-        ~Scope() { --sOperationDepth; }
+        ~Scope() = default;
 
         bool Fails() const { return mFails; }
 
       private:
+        // A member, so that the depth is right again also if the hook throws.
+        struct Depth {
+            Depth() { ++sOperationDepth; }
+            Depth(const Depth&) = delete;
+            Depth& operator=(const Depth&) = delete;
+            ~Depth() { --sOperationDepth; }
+        } mDepth;
         bool mFails = false;
     };
 

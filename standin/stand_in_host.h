@@ -168,8 +168,8 @@ class Instance {
 // The operations carry no reference to their host, so there is one at a time, on one thread. The
 // host must outlive what it hands out.
 //
-// mHook, mOutputListener and mDialogScript run inside operations, below callbacks that let nothing
-// through: none may throw, nor put another in its own place while it runs.
+// mHook, mOutputListener and mDialogScript run inside operations: what one of them throws, the
+// operation throws. None may put another in its own place while it runs.
 class StandInHost {
   public:
     // Calls GetActorInfo, once.
@@ -181,7 +181,8 @@ class StandInHost {
     // Makes an instance and calls its CreateCallback. It stays until Close, also when disposed of.
     Instance& CreateInstance();
 
-    // Asked at the start of each operation whether it is to fail; may call back into the actor.
+    // Asked at the start of each operation whether it is to fail; may call back into the actor, or
+    // throw, in which case the operation does nothing.
     // An operation that gives an error gives one, one that gives a pointer null, one that gives
     // nothing does nothing; but a count is always told, a report always taken, and what is given
     // back is always taken.
