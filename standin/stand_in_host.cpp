@@ -681,6 +681,7 @@ StandInHost::StandInHost(GetActorInfoFunction getActorInfo)
 StandInHost::~StandInHost()
 {
     Close();
+    for (const auto& [block, size] : mBlocks) std::free(block);
     sHost = nullptr;
 }
 

@@ -1,4 +1,4 @@
-# Fails unless the module defines GetActorInfo, and nothing else, for the world.
+# Fails unless GetActorInfo is the only symbol that the module exports.
 # Call: cmake -DNM=nm -DMODULE=path -P check_exports.cmake
 execute_process(COMMAND ${NM} -D --defined-only ${MODULE}
     OUTPUT_VARIABLE table RESULT_VARIABLE status)
