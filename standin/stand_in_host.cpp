@@ -362,7 +362,10 @@ struct HostOperations {
         const auto handle = sHost->mTextHandles.find(text);
         Demand(handle != sHost->mTextHandles.end(), "RunTextDialog: not a text handle");
         if (scope.Fails() || handle == sHost->mTextHandles.end() || !sHost->mDialogScript) return 0;
-        Demand(handle->second.mLocks == 0, "RunTextDialog: the text is locked");
+        if (handle->second.mLocks != 0) {
+            Blame("RunTextDialog: the text is locked");
+            return 0;
+        }
         Dialog dialog(handle->second.mBytes, [=](std::int32_t errorSize) {
             const auto size = static_cast<std::size_t>(std::max(errorSize, 0));
             const auto buffer = std::make_unique<char[]>(size);
