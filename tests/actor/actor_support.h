@@ -28,18 +28,22 @@ inline const std::map<NStandIn::Operation, std::string> kReportOfFailure = {
     {NStandIn::kLockTextHandle, "false"},
 };
 
-// The dynamic outputs as "id name" and the value.
+// The value of an output as a text.
+inline std::string ShownValue(const NStandIn::Property& output)
+{
+    const NStandIn::Value& value = output.mValue;
+    if (value.mBits.mTag == NActor::kValueString) return value.mText;
+    if (value.mBits.mTag == NActor::kValueFloat) return std::to_string(value.Float());
+    return std::to_string(value.Integer());
+}
+
+// The dynamic outputs as "id name value".
 inline Texts OutputsOf(const NStandIn::Instance& instance)
 {
     Texts texts;
     for (std::size_t i = 1; i < instance.Outputs().size(); ++i) {
         const NStandIn::Property& output = instance.Outputs()[i];
-        const NStandIn::Value& value = output.mValue;
-        const std::string shown = value.mBits.mTag == NActor::kValueString ? value.mText
-                                  : value.mBits.mTag == NActor::kValueFloat
-                                      ? std::to_string(value.Float())
-                                      : std::to_string(value.Integer());
-        texts.push_back(output.mId + " " + output.mName + " " + shown);
+        texts.push_back(output.mId + " " + output.mName + " " + ShownValue(output));
     }
     return texts;
 }
