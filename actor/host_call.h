@@ -25,7 +25,7 @@ class Host {
     const HostCallbacks& Operations() const { return *mContext->mCallbacks; }
 
     // Returns held. If it is false, first reports text, which says what should have held, with the
-    // source line of the check. The report may return, also by throwing: the caller then goes on.
+    // source line of the check. The host may return from the report or throw: the caller goes on.
     bool Check(bool held, const char* text, std::int32_t line) const noexcept
     {
         if (!held) Report(text, line);

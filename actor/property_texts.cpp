@@ -33,7 +33,7 @@ constexpr std::string_view kHelpTexts[] = {
     "The output for one of the parsed values.",
 };
 
-// The number under which every dynamic output asks for its help.
+// The number that every dynamic output asks for help with.
 constexpr std::uint16_t kFirstDynamicOutput = 2;
 
 // Empty for a position outside the table.

@@ -1,6 +1,6 @@
-// Memory that runs out, and operations that fail or throw, each at every single place: the host
-// sees an ordinary return, nothing is lost, and the next piece of work succeeds. A program of its
-// own, since it replaces the allocation functions.
+// Memory that runs out, and operations that fail or throw, at every single place: the callback
+// returns normally, nothing is lost, and the next piece of work succeeds. A program of its own, since
+// it replaces the allocation functions.
 
 #include <cstdlib>
 #include <new>
@@ -18,7 +18,7 @@ namespace {
 
 long sLiveAllocations = 0;
 int sAllocations = 0;       // of the actor's code
-int sFailing = 0;           // which of them fails; 0: none
+int sFailing = 0;           // number of the one that fails; 0: none
 bool sWithoutHost = false;  // while a test uses the engine itself
 
 void* Allocate(std::size_t size)
@@ -135,7 +135,8 @@ enum Fault {
 
 struct Thrown {};  // of no standard class
 
-// The host that makes the faults. What it was given back while it threw stays in its accounts.
+// Makes the faults of a host, and checks what follows from them. What the host doesn't take back
+// because it throws stays in its accounts.
 class FaultyHost {
   public:
     FaultyHost(StandInHost& host, Fault fault, int n) : mHost(host), mFault(fault), mN(n)
@@ -215,7 +216,7 @@ class FaultyHost {
     int mOperations = 0;
     Operation mFirst{};
     bool mReached = false;
-    int mBlocks = 0;  // not given back since the host threw, and so on
+    int mBlocks = 0;  // that the host didn't take back; and so on
     int mTextHandles = 0;
     int mUnlocks = 0;
     int mStrings = 0;
@@ -266,7 +267,7 @@ TEST(Faults, OfMemoryAtEveryAllocation)
     }
 }
 
-// Captures of another pattern come whole or not at all.
+// The captures of another pattern are collected completely or not at all.
 TEST(Faults, OfMemoryWhileParametersAreCollected)
 {
     NPattern::Pattern one;

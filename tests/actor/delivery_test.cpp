@@ -39,7 +39,7 @@ TEST_F(DynamicOutputs, GoOnAfterEachFailure)
     const std::string none = "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount";
     struct Row {
         NStandIn::Operation mFailed;
-        const char* mState;  // in place of one with three captures
+        const char* mState;  // set after one with three captures
         const char* mCalled;
         std::ptrdiff_t mCalls;
         Texts mReports;
@@ -91,7 +91,7 @@ TEST_F(DynamicOutputs, HaveFlagsAndLimitsByType)
         EXPECT_EQ(output.mName, rows[i].mName);
         EXPECT_EQ(output.mFirstFlags, rows[i].mFirstFlags);
         EXPECT_EQ(output.mSecondFlags, rows[i].mSecondFlags);
-        EXPECT_EQ(output.mInitial.mBits.mTag, rows[i].mTag);  // and so are the tags of the limits
+        EXPECT_EQ(output.mInitial.mBits.mTag, rows[i].mTag);  // the stand-in checks those of the limits
         EXPECT_EQ(output.mMinimum.mBits.mPayload, rows[i].mMinimum);
         EXPECT_EQ(output.mMaximum.mBits.mPayload, rows[i].mMaximum);
     }
@@ -143,7 +143,7 @@ TEST_F(Delivery, TakesTheEndOfMessageCharacterForTheNextText)
         mInstance.Deliver("a\nb\376c\nd");
         EXPECT_EQ(Outputs(), Texts{expected});
     }
-    // Of a text longer than a message the rest is a message of its own.
+    // What is left of a text after a cut at the limit is a message of its own.
     mInstance.SetEomChar(0);
     mInstance.Deliver(std::string(2049, 'x') + "rest");
     EXPECT_EQ(Outputs(), Texts{"ot01 m rest"});

@@ -48,8 +48,8 @@ Texts DefinitionsOf(const Instance& instance)
     return texts;
 }
 
-// Appends what goes out to the text that target points to at the time: "name=value ", and '!' for
-// a trigger.
+// From here on appends what is published to the text that target then points to: "name=value ", and
+// '!' for a trigger.
 void Record(StandInHost& host, std::string* const& target)
 {
     host.mOutputListener = [&target](Instance& instance, std::uint16_t output) {
@@ -58,7 +58,7 @@ void Record(StandInHost& host, std::string* const& target)
     };
 }
 
-// What each message gives with each parsing string.
+// What each message publishes with each parsing string.
 std::set<std::string> PublishWholeMessages()
 {
     std::set<std::string> messages;
@@ -143,7 +143,7 @@ class Interruption {
         return Fails();
     }
 
-    // Only of the first report, since what failed can have further consequences.
+    // Checks only the first report, since a failure can have further consequences.
     void ExpectReport() const
     {
         const auto& reports = mHost.Assertions();
@@ -154,7 +154,7 @@ class Interruption {
         EXPECT_EQ(reports.empty() ? "" : reports.front().mText, expected);
     }
 
-    // A text that the host delivers while outputs are rebuilt meets some of either string.
+    // A text delivered during a rebuild finds some outputs of the old string and some of the new.
     bool DeliversIntoRebuild() const
     {
         return &mInner == &kActions[kDeliver] && &mOuter != &kActions[kDeliver];
@@ -175,7 +175,7 @@ class Interruption {
         mHost.ClearAssertions();
         Instance& fresh = mHost.CreateInstance();
         fresh.SetState(mInstance.State());
-        // The outputs are those of the string, but for a bad one or a host that didn't make them.
+        // The outputs match the string, unless it is bad or the host failed to make them.
         if (!Fails() && mHost.Assertions().empty()) {
             EXPECT_EQ(DefinitionsOf(mInstance), DefinitionsOf(fresh));
         }
@@ -213,7 +213,7 @@ TEST(Reentry, NothingBreaksAtAnyCall)
     }
 }
 
-// What the host does from inside the first call of an operation, where that ends the work outside.
+// Actions from inside the first call of an operation that end the work outside.
 TEST(Reentry, EndsWhatItOvertakes)
 {
     using NStandIn::kAddProperty;
@@ -235,7 +235,7 @@ TEST(Reentry, EndsWhatItOvertakes)
         Texts mReports;
     };
     const Row rows[] = {
-        // The value that is on its way goes out, and no more.
+        // The value that is being set is the last.
         {deliver, kSetOutputValue, setSame, "SetOutputValue", 1, {}},
         {deliver, kSetOutputValue, beginAnew, "SetOutputValue", 1, {}},
         {[](Instance& i) { i.SetDefaultState(); },
@@ -250,7 +250,7 @@ TEST(Reentry, EndsWhatItOvertakes)
          "AddProperty",
          2,
          {}},
-        // The handle has the size of another text.
+        // The text no longer has the size of the handle.
         {[](Instance& i) { i.DoubleClick(); },
          kNewTextHandle,
          [](Instance& i) { i.SetState("a:i=# b:i=# c:i=# d:i=#"); },
@@ -280,7 +280,7 @@ TEST(Reentry, EndsWhatItOvertakes)
 
 class DeliveryInside : public ActorTest {};
 
-// Outputs wired back to the input: each message still gives its own values, and then its trigger.
+// Outputs wired back to the input: each message still publishes its own values, then its trigger.
 TEST_F(DeliveryInside, DisturbsNothingOutside)
 {
     mInstance.SetState("n:i=# s:s=letters");

@@ -1,4 +1,4 @@
-// How the host learns the actor, and the beginning and end of an instance.
+// Registration, help texts, and the beginning and end of an instance.
 
 #include <cstring>
 #include <functional>
@@ -15,7 +15,7 @@ class Registration : public ActorTest {};
 
 TEST_F(Registration, FillsItsFieldsAndNothingElse)
 {
-    // Codes, slots and what stays, at the offsets that the host has them.
+    // Codes, slots and untouched words, at the offsets of the host.
     unsigned char first[800];
     unsigned char second[800];
     std::memset(first, 0xA5, sizeof first);
@@ -97,7 +97,7 @@ TEST_F(Registration, CreatesAndDisposes)
               (Texts{"ReleaseBlock 6", "ReleaseBlock " + record}));
 }
 
-// What the host does to an instance while that releases its string.
+// What the host does to an instance from inside the release of its string.
 TEST_F(Registration, DisposesOnceWhateverTheHostDoesInside)
 {
     struct Row {

@@ -44,7 +44,7 @@ TEST_F(State, WithoutAGoodStringTheOutputsStay)
     EXPECT_EQ(Outputs(), Texts{"ot01 n 0"});
     EXPECT_EQ(LogOf([&] { mInstance.Deliver("5"); }), Texts());
     mHost.mHook = nullptr;
-    // One byte more than this can't be asked for; the pointer is never followed.
+    // A block of one byte more can't be requested; the pointer is never followed.
     EXPECT_EQ(LogOf([&] { mInstance.SetState(nullptr, 0xFFFFFFFF); }),
               Texts{"ReportAssertion "s + kNoMemory});
     EXPECT_EQ(Reports(), (Texts{"false", kNoMemory, kNoMemory}));
@@ -200,7 +200,7 @@ TEST_F(Icon, IsLoadedOnceForAllAndDrawnAsItsFirstPart)
                   mInstance.DrawIcon(&token, 1, 0xFEDCBA9876543210, 200);
               }),
               Texts{"DrawIconRecord " + host + " 200 18364758544493064720"});
-    *mHost.Icon() = NActor::IconRecord{};  // as a library just loaded has it
+    *mHost.Icon() = NActor::IconRecord{};  // as in a library just loaded
 }
 
 }  // namespace
