@@ -1,6 +1,6 @@
 // The boundary to the host: its table of operations, and the records that pass across it. Every
-// layout here is the host's and fixed; the assertions at the end prove it on each build. What the
-// actor shares beyond these stands in actor_info.h and icon.h.
+// layout here is the host's and fixed; the assertions at the end prove it on each build. The other
+// shared records are in actor_info.h and icon.h.
 //
 // Integers of 8 and 16 bits have exactly that width, as arguments and as results: a host leaves
 // garbage in the upper bits of a wider register. An argument that always passes as 0 is as wide as
@@ -16,7 +16,7 @@ namespace NActor {
 
 // Opaque to the actor.
 struct HostActor;       // the host's reference to an instance
-struct HostTextHandle;  // bytes without a terminator, whose number the dialog may change
+struct HostTextHandle;  // bytes without a terminator; the dialog may change their number
 
 using HostZero = std::intptr_t;   // an argument that always passes as 0
 using HostWord = std::uintptr_t;  // a value that is passed on with all its bits, or not read
@@ -32,10 +32,10 @@ inline constexpr std::int32_t kLargestPropertyNumber = 65535;
 enum HostValueTag : std::uint16_t {
     kValueInteger = 2,  // payload: a signed 64-bit integer
     kValueFloat = 3,    // payload: a 64-bit float
-    kValueString = 6    // payload: a pointer to a string of the host's; null where there is none
+    kValueString = 6    // payload: a pointer to a string of the host; null for no string
 };
 
-// A text of the host's: what the string payload of an input points to.
+// A text of the host, as the string payload of an input points to it.
 struct HostString {
     unsigned char mHostPart[8];
     char mText[1];  // where the text starts; NUL-terminated, and as long as it needs
@@ -69,8 +69,8 @@ struct HostValue {
 
 struct HostCallbacks;
 
-// The first argument of every callback of the actor. It is the host's, and so is the table: both
-// may be gone when the callback has returned, and neither is kept.
+// The first argument of every callback of the actor. Both the context and the table belong to the
+// host and may be gone when the callback has returned; neither is kept.
 struct HostContext {
     unsigned char mHostPart[16];
     const HostCallbacks* mCallbacks;
@@ -78,19 +78,19 @@ struct HostContext {
 
 struct IconRecord;
 
-// Called by the host while RunTextDialog runs: compiles the text in the handle, gives 1 if it is a
-// good parsing string, and otherwise 0 with a message (at most errorSize bytes, NUL included; none
-// if that is 0 or below) and, for a syntax error, the offsets where the fault starts and ends.
+// Called by the host while RunTextDialog runs: compiles the text in the handle. Returns 1 if it is
+// a valid parsing string, and otherwise 0 with a message (at most errorSize bytes, NUL included;
+// none if that is 0 or below) and, for a syntax error, the offsets where the error starts and ends.
 using ValidateTextFunction = std::uint8_t (*)(HostTextHandle* text, std::int32_t* outStart,
                                               std::int32_t* outEnd, char* outError,
                                               std::int32_t errorSize, HostContext* context);
 
-// The operations of the host. What isn't named belongs to the host and is never called.
+// The operations of the host. Unnamed entries belong to the host and are never called.
 struct HostCallbacks {
     void* mUnused0[6];
 
-    // The value that stands on an input, or null. The host's, and good only until it is next
-    // called.
+    // The current value of an input, or null. It is the host's, and valid only until the next
+    // operation.
     const HostValue* (*GetInputValue)(HostActor* actor, std::uint16_t input);
     // The output takes a copy of the value; the caller still owns it.
     HostError (*SetOutputValue)(HostActor* actor, std::uint16_t output, const HostValue* value);
@@ -99,7 +99,7 @@ struct HostCallbacks {
 
     // The position of a property's text in the help table, 0 to 4.
     std::int32_t (*PropertyHelpIndex)(HostActor* actor, PropertyKind kind, std::uint16_t number);
-    // Adds an output behind the last one. A string as initial value goes over to the host.
+    // Adds an output after the last one. A string as initial value goes over to the host.
     HostError (*AddProperty)(HostActor* actor, PropertyKind kind, std::uint32_t id, HostZero,
                              const char* name, HostZero, std::uint32_t firstFlags,
                              std::uint32_t secondFlags, std::uint8_t zero, const HostValue* minimum,
@@ -116,28 +116,28 @@ struct HostCallbacks {
 
     void* mUnused296[6];
 
-    // Lets the user edit the text; non-zero if the user accepted. The context comes back as the
-    // last argument of validate. flags: always 1.
+    // Lets the user edit the text; non-zero if the user accepted. The host passes the context on as
+    // the last argument of validate. flags: always 1.
     std::uint8_t (*RunTextDialog)(HostActor* actor, HostTextHandle* text, const char* title,
                                   ValidateTextFunction validate, HostContext* context,
                                   std::uint8_t flags, const char* helpFile);
     // Reports a check that failed. It may return.
     void (*ReportAssertion)(const char* text, const char* displayName, std::int32_t line);
-    // host: the pointer that came with the icon callback, as it came.
-    void (*LoadIconRecord)(void* host, HostZero, IconRecord* outIcon);
-    void (*DrawIconRecord)(void* host, std::uint8_t state, HostWord place, IconRecord* icon);
+    // iconHost: the pointer that the icon callback got.
+    void (*LoadIconRecord)(void* iconHost, HostZero, IconRecord* outIcon);
+    void (*DrawIconRecord)(void* iconHost, std::uint8_t state, HostWord place, IconRecord* icon);
 
     void* mUnused376[51];
 
     // Fills the payload of a value already tagged kValueString from a NUL-terminated text.
     void (*MakeStringValue)(const char* text, HostValue* ioValue);
-    // Gives back what MakeStringValue made.
+    // Releases what MakeStringValue made.
     void (*ReleaseStringValue)(HostValue* ioValue);
 
     void* mUnused800[42];
 
-    // Redefines an output in place, under the id that it has. A string as initial value goes over
-    // to the host.
+    // Redefines an output in place; it keeps its id. A string as initial value goes over to the
+    // host.
     HostError (*ChangeProperty)(HostActor* actor, HostZero, PropertyKind kind, std::uint16_t number,
                                 const char* name, std::uint32_t firstFlags,
                                 std::uint32_t secondFlags, const HostValue* minimum,
@@ -146,7 +146,7 @@ struct HostCallbacks {
 
     void* mUnused1144[81];
 
-    // A handle on size bytes, or null. It is the caller's, who gives it to DisposeTextHandle.
+    // A handle on size bytes, or null. The caller owns it and gives it to DisposeTextHandle.
     HostTextHandle* (*NewTextHandle)(std::uint32_t size, HostZero);
     void (*DisposeTextHandle)(HostTextHandle* text);
     std::uint64_t (*TextHandleSize)(HostTextHandle* text);

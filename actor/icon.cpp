@@ -6,30 +6,24 @@ namespace {
 
 constexpr std::uint16_t kIconPart = 1;
 
-// The one thing that instances share; the host calls them all on one thread. It lasts as long as
-// the library, and is zero until the host fills it.
+// The only state that instances share; the host calls all of them on one thread.
 alignas(16) IconRecord sIcon;
 
 }  // namespace
 
-std::uint8_t IconSizeCallback(HostContext* context, void* host, std::uint16_t* outFirst,
-                              std::uint16_t* outSecond, std::uint16_t* outThird,
-                              std::uint16_t* outFourth) noexcept
+const IconRecord& LoadedIcon(const Host& host, void* iconHost) noexcept
 {
-    if (sIcon.mLoaded == 0) context->mCallbacks->LoadIconRecord(host, 0, &sIcon);
-    *outFirst = sIcon.mFirstExtent;
-    *outSecond = sIcon.mSecondExtent;
-    *outThird = 0;
-    *outFourth = 0;
-    return 1;
+    if (sIcon.mLoaded == 0) {
+        host.RunGuarded(__LINE__, [&] { host.Operations().LoadIconRecord(iconHost, 0, &sIcon); });
+    }
+    return sIcon;
 }
 
-void DrawIconCallback(HostContext* context, void* host, HostWord /*unread1*/, std::uint16_t part,
-                      HostWord /*unread2*/, HostWord place, HostWord /*unread3*/,
-                      std::uint8_t state) noexcept
+void DrawIcon(const Host& host, void* iconHost, std::uint16_t part, HostWord place,
+              std::uint8_t state)
 {
     if (part != kIconPart || sIcon.mLoaded == 0) return;
-    context->mCallbacks->DrawIconRecord(host, state, place, &sIcon);
+    host.Operations().DrawIconRecord(iconHost, state, place, &sIcon);
 }
 
 }  // namespace NActor

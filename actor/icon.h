@@ -1,17 +1,17 @@
-// The actor's icon: its size and its drawing, both by way of the host.
+// The actor's icon: the host loads it, gives its size and draws it.
 
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-#include "actor_info.h"
+#include "host_call.h"
 #include "host_interface.h"
 
 namespace NActor {
 
-// Filled by the host. How large it is was never told: the tail is room for what the host keeps
-// there, and nothing of it is read here.
+// Filled by the host. Its full size is unknown: the tail is room for what the host keeps there, and
+// none of it is read here.
 struct IconRecord {
     std::uint8_t mLoaded;  // not 0 once the record holds an icon
     std::uint8_t mHostPart1[23];
@@ -24,17 +24,15 @@ static_assert(offsetof(IconRecord, mLoaded) == 0);
 static_assert(offsetof(IconRecord, mFirstExtent) == 24);
 static_assert(offsetof(IconRecord, mSecondExtent) == 26);
 
-// ActorInfo slots. host: the host's own pointer, passed on as it came. All instances share one
-// icon, loaded when its size is first asked for.
+// The pointer iconHost is the host's own and passed on as it came.
 
-// Gives the two size words, and 0 in the third and the fourth. Always true.
-std::uint8_t IconSizeCallback(HostContext* context, void* host, std::uint16_t* outFirst,
-                              std::uint16_t* outSecond, std::uint16_t* outThird,
-                              std::uint16_t* outFourth) noexcept;
+// The icon that all instances share. The host loads it when it is first asked for; it stays zero,
+// with a size of 0, as long as the host can't load it.
+const IconRecord& LoadedIcon(const Host& host, void* iconHost) noexcept;
 
-// Draws part 1 of the icon if it is loaded. place, state: passed on as they came.
-void DrawIconCallback(HostContext* context, void* host, HostWord unread1, std::uint16_t part,
-                      HostWord unread2, HostWord place, HostWord unread3,
-                      std::uint8_t state) noexcept;
+// Draws part 1 of the icon if it is loaded; there are no other parts. place, state: passed on as
+// they came. Throws what the host throws.
+void DrawIcon(const Host& host, void* iconHost, std::uint16_t part, HostWord place,
+              std::uint8_t state);
 
 }  // namespace NActor

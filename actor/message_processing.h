@@ -1,12 +1,11 @@
-// The spine of the actor: text comes in, is cut into messages, and the values of each message that
-// matches go out, with the trigger behind them.
+// The core of the actor: cuts text into messages, matches each one, and publishes the values of
+// those that match, followed by the trigger.
 
 #pragma once
 
 #include <cstdint>
 
-#include "actor_info.h"
-#include "host_interface.h"
+#include "host_call.h"
 
 namespace NActor {
 
@@ -14,20 +13,18 @@ namespace NActor {
 inline constexpr std::uint16_t kEomCharInput = 1;
 inline constexpr std::uint16_t kTextInput = 2;
 
-// A message has at most so many characters; one that would be longer is cut there, and the
-// character behind the cut is lost.
-inline constexpr std::uint32_t kMessageLimit = 2048;
+// Takes the new value of an input of an instance that has a record: an end-of-message character,
+// which publishes nothing and takes effect with the next text, or a text. A null string and other
+// inputs are ignored. The tag of the value isn't read. Throws as ParseInputText does.
+void TakeInput(const HostCall& call, std::uint16_t input, const HostValue& value);
 
-// Cuts text at the instance's end-of-message character, matches each message and publishes those
-// that match. What is left at the end without that character is dropped. text: NUL-terminated; it
-// is copied first, so the host may change it while values go out. Where the host rebuilds the
-// outputs meanwhile, the rest of that message is dropped; where it disposes of the instance, the
-// rest of the text. May throw std::bad_alloc.
-void ParseInputText(const HostContext* context, const ActorInfo* info, const char* text);
-
-// ActorInfo slot. Takes a new end-of-message character, which publishes nothing and counts from the
-// next text on, or a new text. value: null, or a null string, is ignored; its tag isn't looked at.
-void InputChangedCallback(HostContext* context, ActorInfo* info, std::uint16_t input,
-                          HostWord unread, const HostValue* value) noexcept;
+// Cuts text at the end-of-message character of the instance, matches each message and publishes
+// those that match. text: NUL-terminated; it is copied first, so the host may change it while
+// values go out.
+//
+// If the host rebuilds the outputs meanwhile, the rest of that message is dropped; if it disposes
+// of the instance, the rest of the text. Throws std::bad_alloc and what the host throws; the rest
+// of the text is then dropped.
+void ParseInputText(const HostCall& call, const char* text);
 
 }  // namespace NActor

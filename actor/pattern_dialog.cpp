@@ -5,12 +5,14 @@
 #include <string>
 #include <utility>
 
-#include "checks.h"
-#include "dynamic_outputs.h"
+#include "Common/Pattern/pattern.h"
 #include "message_processing.h"
+#include "parse_string.h"
 #include "parser_data.h"
 #include "persistent_state.h"
+#include "record_watch.h"
 #include "text_buffer.h"
+#include "text_handle.h"
 
 namespace NActor {
 
@@ -18,31 +20,11 @@ namespace {
 
 constexpr char kDialogTitle[] = "Edit Serial Input Parser";
 constexpr char kHelpFile[] = "read-serial-docs.html";
-constexpr std::uint8_t kDialogFlags = 1;
 
-// Shown to the user in place of a fault of the text.
+// Shown to the user in place of an error in the text.
 constexpr char kNotChecked[] = "The text can't be checked now";
 
-// Keeps a text handle locked. A handle that the host can't lock has no bytes.
-class TextLock {
-  public:
-    TextLock(const HostContext* context, HostTextHandle* text)
-        : mContext(context), mText(text), mBytes(context->mCallbacks->LockTextHandle(text))
-    {
-    }
-    TextLock(const TextLock&) = delete;
-    TextLock& operator=(const TextLock&) = delete;
-    ~TextLock() { mContext->mCallbacks->UnlockTextHandle(mText); }
-
-    unsigned char* Bytes() const { return mBytes; }
-
-  private:
-    const HostContext* mContext;
-    HostTextHandle* mText;
-    unsigned char* mBytes;
-};
-
-// False if there are bytes to copy and either side has none.
+// Returns false if there are bytes to copy and either side has none.
 bool CopyBytes(unsigned char* to, const unsigned char* from, std::uint32_t size)
 {
     if (size == 0) return true;
@@ -51,78 +33,59 @@ bool CopyBytes(unsigned char* to, const unsigned char* from, std::uint32_t size)
     return true;
 }
 
-// text: a handle of just size bytes. False if they can't be had, or if the host has set a state of
-// another size since, which the user must not see cut.
-bool CopyToHandle(const HostContext* context, const RecordWatch& watch, HostTextHandle* text,
+// text: a handle of exactly size bytes. Returns false if they can't be locked, or if the host has
+// set a state of another size since, which the user must not see cut.
+bool CopyToHandle(const Host& host, const RecordWatch& watch, HostTextHandle* text,
                   std::uint32_t size)
 {
-    const TextLock lock(context, text);
-    const ParserData* const data = watch.Record();
-    if (data == nullptr || data->mParseStringSize != size) return false;
-    return CopyBytes(lock.Bytes(), data->mParseString, size);
+    const TextLock lock(host, text);
+    const ParserData* const record = watch.Record();
+    if (record == nullptr || record->mParseStringSize != size) return false;
+    return CopyBytes(lock.Bytes(), record->mParseString, size);
 }
 
-bool CopyFromHandle(const HostContext* context, HostTextHandle* text, unsigned char* outBytes,
-                    std::uint32_t size)
+bool CopyFromHandle(const Host& host, HostTextHandle* text, const ParseString& to)
 {
-    const TextLock lock(context, text);
-    return CopyBytes(outBytes, lock.Bytes(), size);
+    const TextLock lock(host, text);
+    return CopyBytes(to.mBytes.get(), lock.Bytes(), to.mSize);
 }
 
-// Null, after a report, if the text can't be had.
-StringBlock BlockWithText(const HostContext* context, HostTextHandle* text, std::uint32_t size)
+// Without bytes, after a report, if the text can't be read. Throws what the host throws.
+ParseString ReadText(const Host& host, HostTextHandle* text)
 {
-    StringBlock block = AllocateParseString(context, size);
-    if (block != nullptr &&
-        !Check(context, CopyFromHandle(context, text, block.get(), size), "false", __LINE__)) {
-        block.reset();
+    const auto size = static_cast<std::uint32_t>(host.Operations().TextHandleSize(text));
+    ParseString parseString = AllocateParseString(host, size);
+    if (parseString.mBytes != nullptr &&
+        !host.Check(CopyFromHandle(host, text, parseString), "false", __LINE__)) {
+        parseString = NoParseString(host);
     }
-    return block;
+    return parseString;
 }
 
-void ParseCurrentText(const HostContext* context, const ActorInfo* info)
+void ParseCurrentText(const HostCall& call, const RecordWatch& watch)
 {
-    const RecordWatch watch(info);
-    const HostValue* const value = context->mCallbacks->GetInputValue(info->mHostActor, kTextInput);
+    const HostValue* const value = call.GetInputValue(kTextInput);
     if (watch.Record() == nullptr || value == nullptr || value->String() == nullptr) return;
-    ParseInputText(context, info, value->String()->Text());
+    ParseInputText(call, value->String()->Text());
 }
 
-void CommitText(const HostContext* context, const ActorInfo* info, HostTextHandle* text)
+void CommitText(const HostCall& call, const RecordWatch& watch, HostTextHandle* text)
 {
-    const RecordWatch watch(info);
-    StoreParseString(context, *watch.Record(), nullptr, 0);
-    const auto size = static_cast<std::uint32_t>(context->mCallbacks->TextHandleSize(text));
-    StringBlock block = BlockWithText(context, text, size);
+    DropParseString(call, *watch.Record());
+    ParseString parseString = NoParseString(call);
+    call.RunGuarded(__LINE__, [&] { parseString = ReadText(call, text); });
     if (watch.Record() == nullptr) return;
-    RunGuarded(context, __LINE__, [&] {
-        if (InstallParseString(context, info, std::move(block), size)) {
-            ParseCurrentText(context, info);
-        }
+    call.RunGuarded(__LINE__, [&] {
+        if (InstallParseString(call, watch, std::move(parseString))) ParseCurrentText(call, watch);
     });
 }
 
-// text: a handle of just size bytes. Gives whether the user accepted.
-bool EditParseString(HostContext* context, const ActorInfo* info, HostTextHandle* text,
-                     std::uint32_t size)
+// Compiles the text of a handle. Returns false if its bytes can't be locked. Throws what the engine
+// and the host throw, and std::bad_alloc.
+bool CompileTextOfHandle(const Host& host, HostTextHandle* text)
 {
-    const RecordWatch watch(info);
-    if (!Check(context, CopyToHandle(context, watch, text, size), "false", __LINE__)) return false;
-    if (watch.Record() == nullptr) return false;
-    const std::uint8_t accepted =
-        context->mCallbacks->RunTextDialog(info->mHostActor, text, kDialogTitle,
-                                           ValidatePatternText, context, kDialogFlags, kHelpFile);
-    if (accepted == 0 || watch.Record() == nullptr) return false;
-    CommitText(context, info, text);
-    return true;
-}
-
-// Compiles the text of a handle. False if its bytes can't be had. Throws what the engine throws,
-// and std::bad_alloc.
-bool CompileTextOfHandle(const HostContext* context, HostTextHandle* text)
-{
-    const TextLock lock(context, text);
-    const std::uint64_t size = context->mCallbacks->TextHandleSize(text);
+    const TextLock lock(host, text);
+    const std::uint64_t size = host.Operations().TextHandleSize(text);
     if (size != 0 && lock.Bytes() == nullptr) return false;
     std::string parseString;
     if (size != 0) parseString.assign(reinterpret_cast<const char*>(lock.Bytes()), size);
@@ -132,29 +95,30 @@ bool CompileTextOfHandle(const HostContext* context, HostTextHandle* text)
 
 }  // namespace
 
-std::uint8_t DoubleClickCallback(HostContext* context, ActorInfo* info, std::uint8_t* outChanged,
-                                 HostWord /*unread*/) noexcept
+bool EditParseString(const HostCall& call)
 {
-    bool changed = false;
-    if (const RecordWatch watch(info); watch.Record() != nullptr) {
-        const std::uint32_t size = watch.Record()->mParseStringSize;
-        HostTextHandle* const text = context->mCallbacks->NewTextHandle(size, 0);
-        if (Check(context, text != nullptr, "temp != nil", __LINE__)) {
-            changed = watch.Record() != nullptr && EditParseString(context, info, text, size);
-            context->mCallbacks->DisposeTextHandle(text);
-        }
-    }
-    if (outChanged != nullptr) *outChanged = changed ? 1 : 0;
-    return 1;
+    const RecordWatch watch(call.Record());
+    if (watch.Record() == nullptr) return false;
+    const std::uint32_t size = watch.Record()->mParseStringSize;
+    const TextHandle text = MakeTextHandle(call, size);
+    if (!call.Check(text != nullptr, "temp != nil", __LINE__)) return false;
+    if (watch.Record() == nullptr) return false;
+    if (!call.Check(CopyToHandle(call, watch, text.get(), size), "false", __LINE__)) return false;
+    if (watch.Record() == nullptr) return false;
+    if (!call.RunTextDialog(text.get(), kDialogTitle, ValidatePatternText, kHelpFile)) return false;
+    if (watch.Record() == nullptr) return false;
+    CommitText(call, watch, text.get());
+    return true;
 }
 
 std::uint8_t ValidatePatternText(HostTextHandle* text, std::int32_t* outStart, std::int32_t* outEnd,
                                  char* outError, std::int32_t errorSize,
                                  HostContext* context) noexcept
 {
+    const Host host(context);
     const auto bufferSize = static_cast<std::uint32_t>(std::max(errorSize, 0));
     try {
-        if (CompileTextOfHandle(context, text)) return 1;
+        if (CompileTextOfHandle(host, text)) return 1;
     } catch (const NPattern::PatternSyntaxException& error) {
         CopyText(error.mMessage, outError, bufferSize);
         *outStart = error.mPosition;
@@ -166,9 +130,9 @@ std::uint8_t ValidatePatternText(HostTextHandle* text, std::int32_t* outStart, s
         CopyText(error.mMessage, outError, bufferSize);
         return 0;
     } catch (...) {
-        // Memory ran out: said below.
+        // Memory ran out, or the host threw: reported below.
     }
-    Check(context, false, "false", __LINE__);
+    host.Check(false, "false", __LINE__);
     CopyText(kNotChecked, outError, bufferSize);
     return 0;
 }

@@ -4,54 +4,34 @@
 #include <cstring>
 #include <utility>
 
-#include "checks.h"
 #include "dynamic_outputs.h"
 
 namespace NActor {
 
-bool InstallParseString(const HostContext* context, const ActorInfo* info, StringBlock block,
-                        std::uint32_t size)
+bool InstallParseString(const HostCall& call, const RecordWatch& watch, ParseString parseString)
 {
-    const RecordWatch watch(info);
-    const bool kept = block != nullptr;
-    StoreParseString(context, *watch.Record(), std::move(block), kept ? size : 0);
+    const bool hasBytes = parseString.mBytes != nullptr;
+    StoreParseString(call, *watch.Record(), std::move(parseString));
     if (watch.Record() == nullptr) return false;
     CompileParseString(*watch.Record());
-    return kept && RebuildOutputs(context, info);
+    return hasBytes && RebuildOutputs(call, *watch.Record());
 }
 
-void SetStateCallback(HostContext* context, ActorInfo* info, const void* bytes,
-                      std::uint32_t size) noexcept
+void SetState(const HostCall& call, const void* bytes, std::uint32_t size)
 {
-    const RecordWatch watch(info);
+    const RecordWatch watch(call.Record());
+    DropParseString(call, *watch.Record());
+    ParseString parseString = AllocateParseString(call, size);
     if (watch.Record() == nullptr) return;
-    StoreParseString(context, *watch.Record(), nullptr, 0);
-    StringBlock block = AllocateParseString(context, size);
-    if (watch.Record() == nullptr) return;
-    if (size != 0 && block != nullptr) std::memcpy(block.get(), bytes, size);
-    RunGuarded(context, __LINE__,
-               [&] { InstallParseString(context, info, std::move(block), size); });
+    if (parseString.mSize != 0) std::memcpy(parseString.mBytes.get(), bytes, parseString.mSize);
+    InstallParseString(call, watch, std::move(parseString));
 }
 
-std::uint32_t StateSizeCallback(HostContext* /*context*/, ActorInfo* info) noexcept
+std::uint32_t CopyState(const ParserData& record, std::uint32_t capacity, void* outBytes)
 {
-    const ParserData* const data = info->mActorDataPtr;
-    return data != nullptr ? data->mParseStringSize : 0;
-}
-
-std::uint32_t GetStateCallback(HostContext* /*context*/, ActorInfo* info, std::uint32_t capacity,
-                               void* outBytes) noexcept
-{
-    const ParserData* const data = info->mActorDataPtr;
-    if (data == nullptr) return 0;
-    const std::uint32_t size = std::min(capacity, data->mParseStringSize);
-    if (size != 0) std::memcpy(outBytes, data->mParseString, size);
+    const std::uint32_t size = std::min(capacity, record.mParseStringSize);
+    if (size != 0) std::memcpy(outBytes, record.mParseString, size);
     return size;
-}
-
-void DefaultStateCallback(HostContext* context, ActorInfo* info) noexcept
-{
-    SetStateCallback(context, info, "", 0);
 }
 
 }  // namespace NActor

@@ -16,8 +16,8 @@ constexpr char kDefinitionString[] =
     "OUTPROP msg_rcv\t\tmrcv\tbool\t\ttrig\t\t\t\t0\t1\t\t0\r";
 static_assert(sizeof kDefinitionString == 151 + 1);
 
-// By the position that the host gives: the actor itself, its inputs, its fixed output, and one text
-// for all dynamic outputs.
+// By position: the actor itself, its inputs, its fixed output, and one text for all dynamic
+// outputs.
 constexpr std::string_view kHelpTexts[] = {
     "Parses the 'text' input using a user-specified parsing string. To edit the parsing string, "
     "double-click this actor's icon and edit the values in the dialog that appears. For "
@@ -33,10 +33,10 @@ constexpr std::string_view kHelpTexts[] = {
     "The output for one of the parsed values.",
 };
 
-// The number under which every dynamic output asks for its help.
+// The number that every dynamic output asks for help with.
 constexpr std::uint16_t kFirstDynamicOutput = 2;
 
-// Nothing to say at a position that isn't in the table, nor at one below 0.
+// Empty for a position outside the table.
 std::string_view HelpTextAt(std::int32_t position)
 {
     const auto index = static_cast<std::size_t>(position);
@@ -45,17 +45,17 @@ std::string_view HelpTextAt(std::int32_t position)
 
 }  // namespace
 
-const char* DefinitionStringCallback(HostContext* /*context*/) noexcept
+const char* DefinitionString() noexcept
 {
     return kDefinitionString;
 }
 
-void PropertyHelpCallback(HostContext* context, ActorInfo* info, PropertyKind kind,
-                          std::uint16_t number, char* outText, std::uint32_t size) noexcept
+void WriteHelpText(const HostCall& call, PropertyKind kind, std::uint16_t number, char* outText,
+                   std::uint32_t size) noexcept
 {
     if (kind == kPropertyOutput && number > 1) number = kFirstDynamicOutput;
-    const std::int32_t position =
-        context->mCallbacks->PropertyHelpIndex(info->mHostActor, kind, number);
+    std::int32_t position = -1;
+    call.RunGuarded(__LINE__, [&] { position = call.PropertyHelpIndex(kind, number); });
     CopyText(HelpTextAt(position), outText, size);
 }
 

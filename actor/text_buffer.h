@@ -1,4 +1,4 @@
-// Texts handed to the host in a buffer that the host owns.
+// Texts written into buffers of the host.
 
 #pragma once
 
@@ -8,8 +8,8 @@
 
 namespace NActor {
 
-// Copies text up to its first NUL into size bytes at outBuffer, cut so that a NUL follows, and
-// fills the rest of them with NUL. With a size of 0 outBuffer isn't touched and may be null.
+// Copies text up to its first NUL into size bytes at outBuffer, cut so that at least one NUL
+// follows, and fills the rest with NUL. If size is 0, outBuffer isn't touched and may be null.
 inline void CopyText(std::string_view text, char* outBuffer, std::uint32_t size)
 {
     if (size == 0) return;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Common/Pattern/pattern.h"
-#include "actor/message_processing.h"
+#include "actor/message_cutter.h"
 #include "counting_host.h"
 #include "registration.h"
 #include "workloads.h"

@@ -32,6 +32,15 @@ struct TextHandle {
 };
 
 struct HostAccounts {
+    HostAccounts() = default;
+    HostAccounts(const HostAccounts&) = delete;
+    HostAccounts& operator=(const HostAccounts&) = delete;
+    // Frees the blocks that the actor did not give back.
+    ~HostAccounts()
+    {
+        for (const auto& [block, size] : mBlocks) std::free(block);
+    }
+
     std::map<void*, std::uint32_t> mBlocks;                 // sizes, by address
     std::multimap<std::uint32_t, SpareBlock> mSpareBlocks;  // released blocks to reuse, by size
     std::map<NActor::HostTextHandle*, TextHandle> mTextHandles;

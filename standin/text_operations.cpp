@@ -60,7 +60,10 @@ std::uint8_t RunTextDialog(HostActor* actor, HostTextHandle* text, const char* t
     const auto handle = handles.find(text);
     Demand(handle != handles.end(), "RunTextDialog: not a text handle");
     if (scope.Fails() || handle == handles.end() || !Host().mDialogScript) return 0;
-    Demand(handle->second.mLocks == 0, "RunTextDialog: the text is locked");
+    if (handle->second.mLocks != 0) {
+        Blame("RunTextDialog: the text is locked");
+        return 0;
+    }
     Dialog dialog(handle->second.mBytes, [=](std::int32_t errorSize) {
         return ValidateText(text, validate, context, errorSize);
     });

@@ -1,4 +1,4 @@
-// What the tests of the shell share.
+// Fixtures and helpers of the tests of the shell.
 
 #pragma once
 
@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -15,23 +16,39 @@
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;
 
-// The dynamic outputs as "id name" and the value.
+// Reported first when an operation fails in an instance. A failure of any other isn't reported.
+inline const std::map<NStandIn::Operation, std::string> kReportOfFailure = {
+    {NStandIn::kAllocateBlock, "info->mParseString != nil"},
+    {NStandIn::kGetPropertyCount,
+     "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount"},
+    {NStandIn::kAddProperty, "err == noErr"},
+    {NStandIn::kChangeProperty, "err == noErr"},
+    {NStandIn::kRemoveProperty, "err == noErr"},
+    {NStandIn::kNewTextHandle, "temp != nil"},
+    {NStandIn::kLockTextHandle, "false"},
+};
+
+// The value of an output as a text.
+inline std::string ShownValue(const NStandIn::Property& output)
+{
+    const NStandIn::Value& value = output.mValue;
+    if (value.mBits.mTag == NActor::kValueString) return value.mText;
+    if (value.mBits.mTag == NActor::kValueFloat) return std::to_string(value.Float());
+    return std::to_string(value.Integer());
+}
+
+// The dynamic outputs as "id name value".
 inline Texts OutputsOf(const NStandIn::Instance& instance)
 {
     Texts texts;
     for (std::size_t i = 1; i < instance.Outputs().size(); ++i) {
         const NStandIn::Property& output = instance.Outputs()[i];
-        const NStandIn::Value& value = output.mValue;
-        const std::string shown = value.mBits.mTag == NActor::kValueString ? value.mText
-                                  : value.mBits.mTag == NActor::kValueFloat
-                                      ? std::to_string(value.Float())
-                                      : std::to_string(value.Integer());
-        texts.push_back(output.mId + " " + output.mName + " " + shown);
+        texts.push_back(output.mId + " " + output.mName + " " + ShownValue(output));
     }
     return texts;
 }
 
-// How many lines of a log are of this operation.
+// The number of lines of a log that are of this operation.
 inline std::ptrdiff_t CallsOf(const std::string& operation, const Texts& log)
 {
     return std::count_if(log.begin(), log.end(), [&operation](const std::string& line) {
@@ -39,8 +56,8 @@ inline std::ptrdiff_t CallsOf(const std::string& operation, const Texts& log)
     });
 }
 
-// A host with one instance. At the end of every test the host's accounts must balance, and nothing
-// may have been reported that the test didn't expect.
+// A host with one instance. At the end of every test the accounts of the host must balance, and
+// every report must have been taken by the test.
 class ActorTest : public testing::Test {
   protected:
     ActorTest() : mHost(GetActorInfo), mInstance(mHost.CreateInstance()) {}
@@ -64,7 +81,7 @@ class ActorTest : public testing::Test {
         return texts;
     }
 
-    // The operations of the host that work makes the actor call, in order.
+    // The operations that work makes the actor call, in order.
     template <typename Work>
     Texts LogOf(Work work)
     {
@@ -75,13 +92,13 @@ class ActorTest : public testing::Test {
 
     Texts Outputs() const { return OutputsOf(mInstance); }
 
-    // From here on the host fails at each call of an operation.
+    // From here on every call of an operation fails.
     void Fail(NStandIn::Operation failed)
     {
         mHost.mHook = [failed](NStandIn::Operation operation) { return operation == failed; };
     }
 
-    // From here on the user puts text into the dialog and accepts it.
+    // From here on the user enters text into the dialog and accepts it.
     void Accept(const std::string& text)
     {
         mHost.mDialogScript = [text](NStandIn::Dialog& dialog) {

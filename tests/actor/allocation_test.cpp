@@ -1,24 +1,24 @@
-// Memory that runs out and operations that fail, each at every single place: the host sees an
-// ordinary return, nothing is lost, and the next piece of work succeeds. A program of its own,
+// Memory that runs out, and operations that fail or throw, at every single place: the callback
+// returns normally, nothing is lost, and the next piece of work succeeds. A program of its own,
 // since it replaces the allocation functions.
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <new>
 #include <string>
 
 #include "Common/Pattern/pattern.h"
-#include "standin/stand_in_host.h"
+#include "actor/icon.h"
+#include "actor_support.h"
 
 using NStandIn::Instance;
+using NStandIn::Operation;
 using NStandIn::StandInHost;
 
 namespace {
 
 long sLiveAllocations = 0;
 int sAllocations = 0;       // of the actor's code
-int sFailing = 0;           // which of them fails; 0: none
+int sFailing = 0;           // number of the one that fails; 0: none
 bool sWithoutHost = false;  // while a test uses the engine itself
 
 void* Allocate(std::size_t size)
@@ -83,25 +83,41 @@ constexpr char kState[] =
     "'T=' t:float=.# name_beyond_any_small_buffer:s=[a-z] n:i=2x (a=0-3, 4-7) {20-7F} eol";
 constexpr char kText[] = "T=2.5 abcdefghijklmnopqrstuvwxyz ff0 some\nrest";
 
-// A piece of the host's work, on an instance that has kOldState, or kState where that is told.
+// A piece of the host's work, on an instance that has kOldState, or kState for a delivery.
 struct Work {
     const char* mName;
-    bool mIsDelivery;  // finds kState, and leaves it in force whatever happens
-    int mAllocations;  // at least so many places at which memory can run out
-    int mOperations;   // so many operations called
+    bool mIsDelivery;         // leaves kState in force whatever happens
+    int mAllocations;         // the fewest places at which memory can run out
+    int mOperations;          // the number of operations called
+    const char* mReport;      // made in any case, or empty
+    const char* mBlockFails;  // the report if AllocateBlock fails
     void (*mDo)(StandInHost& host, Instance& instance);
 };
 
+constexpr char kNoString[] = "info->mParseString != nil";
 const Work kWork[] = {
-    {"create", false, 0, 1, [](StandInHost& host, Instance&) { host.CreateInstance(); }},
-    {"restore", false, 20, 12, [](StandInHost&, Instance& instance) { instance.SetState(kState); }},
-    {"delivery", true, 4, 9, [](StandInHost&, Instance& instance) { instance.Deliver(kText); }},
-    {"commit", false, 40, 33, [](StandInHost&, Instance& instance) { instance.DoubleClick(); }},
-    {"dispose", false, 0, 2, [](StandInHost&, Instance& instance) { instance.Dispose(); }},
+    {"create", false, 0, 1, "", "info != nil",
+     [](StandInHost& host, Instance&) { host.CreateInstance(); }},
+    {"restore", false, 20, 12, "", kNoString,
+     [](StandInHost&, Instance& instance) { instance.SetState(kState); }},
+    {"bad restore", false, 2, 3, "false", kNoString,
+     [](StandInHost&, Instance& instance) { instance.SetState("n:i=# wrong"); }},
+    {"delivery", true, 4, 9, "", "",
+     [](StandInHost&, Instance& instance) { instance.Deliver(kText); }},
+    {"commit", false, 40, 33, "", kNoString,
+     [](StandInHost&, Instance& instance) { instance.DoubleClick(); }},
+    {"help and icon", false, 0, 3, "", "",
+     [](StandInHost&, Instance& instance) {
+         instance.Help(NStandIn::kPropertyInput, 1, 5);
+         instance.IconSize(nullptr);
+         instance.DrawIcon(nullptr, 1, 0, 0);
+     }},
+    {"dispose", false, 0, 2, "", "", [](StandInHost&, Instance& instance) { instance.Dispose(); }},
 };
 
 void ExpectToWork(Instance& instance, bool restore)
 {
+    instance.Deliver(kText);  // publishes nothing on outputs that are still another string's
     if (restore) instance.SetState(kState);
     instance.Deliver(kText);
     ASSERT_EQ(instance.Outputs().size(), 6U);
@@ -110,8 +126,104 @@ void ExpectToWork(Instance& instance, bool restore)
     EXPECT_EQ(instance.Outputs()[0].mValue.Integer(), 1);
 }
 
-enum Fault { kOfMemory, kOfOperation };
-// Does the work with its nth allocation or operation failing. Gives whether it came that far.
+enum Fault {
+    kOfMemory,
+    kOfOperation,
+    kThrow,         // an operation throws
+    kThrowFromThen  // it and all after it
+};
+
+struct Thrown {};  // of no standard class
+
+// Makes the faults of a host, and checks what follows from them. What the host doesn't take back
+// because it throws stays in its accounts.
+class FaultyHost {
+  public:
+    FaultyHost(StandInHost& host, Fault fault, int n) : mHost(host), mFault(fault), mN(n)
+    {
+        host.StartLog();
+        host.mHook = [this](Operation operation) { return OnOperation(operation); };
+        sAllocations = 0;
+        sFailing = fault == kOfMemory ? n : 0;
+    }
+
+    // Ends the faults.
+    void Mend()
+    {
+        mReached = (mFault == kOfMemory ? sAllocations : mOperations) >= mN;
+        sFailing = 0;
+        mHost.mHook = nullptr;
+    }
+    // Returns true if the work had so many places.
+    bool Reached() const { return mReached; }
+
+    // The first report of the work.
+    void ExpectReport(const Work& work) const
+    {
+        if (mFault == kOfMemory || mFault == kThrowFromThen) return;
+        std::string expected = work.mReport;
+        if (mReached && mFault == kThrow) {
+            expected = mFirst == NStandIn::kReportAssertion ? "" : "false";
+        } else if (mReached && mFirst == NStandIn::kAllocateBlock) {
+            expected = work.mBlockFails;
+        } else if (mReached && kReportOfFailure.contains(mFirst)) {
+            expected = kReportOfFailure.at(mFirst);
+        }
+        const auto& reports = mHost.Assertions();
+        EXPECT_EQ(reports.empty() ? "" : reports.front().mText, expected);
+    }
+
+    void ExpectAccounts()
+    {
+        Texts kept;
+        for (const auto& [count, what] : {std::pair(mBlocks, " blocks not given back"),
+                                          std::pair(mTextHandles, " text handles not given back"),
+                                          std::pair(mStrings, " string values not given back")}) {
+            if (count != 0) kept.push_back(std::to_string(count) + what);
+        }
+        Texts violations = mHost.Close();
+        std::erase_if(violations, [this](const std::string& violation) {
+            // A value for an output that the host failed to add or to redefine; a lock that the
+            // host failed to end.
+            return (mFault == kOfOperation && violation.find("SetOutputValue: ") == 0) ||
+                   (mUnlocks != 0 && (violation == "RunTextDialog: the text is locked" ||
+                                      violation == "DisposeTextHandle: still locked"));
+        });
+        EXPECT_EQ(violations, kept);
+    }
+
+  private:
+    bool OnOperation(Operation operation)
+    {
+        ++mOperations;
+        if (mOperations == mN) mFirst = operation;
+        if (mFault == kOfOperation) return mOperations == mN;
+        if (mFault == kThrow ? mOperations != mN : mFault == kOfMemory || mOperations < mN)
+            return false;
+        mBlocks += operation == NStandIn::kReleaseBlock;
+        mTextHandles += operation == NStandIn::kDisposeTextHandle;
+        mUnlocks += operation == NStandIn::kUnlockTextHandle;
+        // The string of a definition goes over to the host with the call.
+        mStrings +=
+            operation == NStandIn::kReleaseStringValue ||
+            ((operation == NStandIn::kAddProperty || operation == NStandIn::kChangeProperty) &&
+             mHost.Log().back().back() == '"');
+        throw Thrown();
+    }
+
+    StandInHost& mHost;
+    Fault mFault;
+    int mN;
+    int mOperations = 0;
+    Operation mFirst{};
+    bool mReached = false;
+    int mBlocks = 0;  // that the host didn't take back; and so on
+    int mTextHandles = 0;
+    int mUnlocks = 0;
+    int mStrings = 0;
+};
+
+// Does the work with a fault at its nth allocation or operation. Returns true if it came that far.
 bool DoWithFault(const Work& work, Fault fault, int n)
 {
     StandInHost host(GetActorInfo);
@@ -122,27 +234,20 @@ bool DoWithFault(const Work& work, Fault fault, int n)
         dialog.Validate();
         return true;
     };
-    instance.Deliver(kText);  // stands on the input from here on
-    int operations = 0;
-    host.mHook = [&](NStandIn::Operation) { return ++operations == n && fault == kOfOperation; };
-    sAllocations = 0;
-    sFailing = fault == kOfMemory ? n : 0;
+    instance.Deliver(kText);  // stays on the input
+    FaultyHost faulty(host, fault, n);
     work.mDo(host, instance);
-    sFailing = 0;
-    const bool reached = (fault == kOfMemory ? sAllocations : operations) >= n;
-    host.mHook = nullptr;
+    faulty.Mend();
+    faulty.ExpectReport(work);
 
     if (instance.Info().mActorDataPtr != nullptr) ExpectToWork(instance, !work.mIsDelivery);
     ExpectToWork(host.CreateInstance(), true);
-    for (const std::string& violation : host.Close()) {
-        // A value for an output that the host failed to add or to redefine.
-        EXPECT_EQ(violation.find("SetOutputValue: "), 0U) << violation;
-        EXPECT_EQ(fault, kOfOperation);
-    }
-    return reached;
+    if (host.Icon() != nullptr) *host.Icon() = NActor::IconRecord{};  // as in a library just loaded
+    faulty.ExpectAccounts();
+    return faulty.Reached();
 }
 
-// Gives at how many places there was a fault.
+// Returns the number of places at which there was a fault.
 int CountFaults(const Work& work, Fault fault)
 {
     int n = 0;
@@ -163,7 +268,7 @@ TEST(Faults, OfMemoryAtEveryAllocation)
     }
 }
 
-// Captures of another pattern come whole or not at all.
+// The captures of another pattern are collected completely or not at all.
 TEST(Faults, OfMemoryWhileParametersAreCollected)
 {
     NPattern::Pattern one;
@@ -197,8 +302,11 @@ TEST(Faults, OfMemoryWhileParametersAreCollected)
 
 TEST(Faults, OfEachOperationAtEveryCall)
 {
-    for (const Work& work : kWork) {
-        EXPECT_EQ(CountFaults(work, kOfOperation), work.mOperations) << work.mName;
+    for (const Fault fault : {kOfOperation, kThrow, kThrowFromThen}) {
+        for (const Work& work : kWork) {
+            SCOPED_TRACE(fault);
+            EXPECT_EQ(CountFaults(work, fault), work.mOperations) << work.mName;
+        }
     }
 }
 

@@ -17,7 +17,7 @@ TEST_F(DynamicOutputs, FollowTheCaptures)
     mInstance.SetState("a:string='x' b:float=#");
     EXPECT_EQ(Outputs(), (Texts{"ot01 a ", "ot02 b 0.000000"}));
 
-    // Growing: redefinitions come before additions, under the ids that the outputs have.
+    // Growing: redefinitions come before additions, and keep the ids.
     EXPECT_EQ(LogOf([&] { mInstance.SetState("c:i=# d:b=# e:s='?' f:f=#"); }),
               (Texts{"ReleaseBlock 23", "AllocateBlock 26", "GetPropertyCount",
                      "ChangeProperty 2 c 0", "ChangeProperty 3 d 0", "MakeStringValue ",
@@ -34,12 +34,12 @@ TEST_F(DynamicOutputs, FollowTheCaptures)
     EXPECT_EQ(mInstance.Outputs().size(), 1U);
 }
 
-TEST_F(DynamicOutputs, GoOnBehindEachFailure)
+TEST_F(DynamicOutputs, GoOnAfterEachFailure)
 {
     const std::string none = "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount";
     struct Row {
         NStandIn::Operation mFailed;
-        const char* mState;  // in place of one with three captures
+        const char* mState;  // set after one with three captures
         const char* mCalled;
         std::ptrdiff_t mCalls;
         Texts mReports;
@@ -91,13 +91,14 @@ TEST_F(DynamicOutputs, HaveFlagsAndLimitsByType)
         EXPECT_EQ(output.mName, rows[i].mName);
         EXPECT_EQ(output.mFirstFlags, rows[i].mFirstFlags);
         EXPECT_EQ(output.mSecondFlags, rows[i].mSecondFlags);
-        EXPECT_EQ(output.mInitial.mBits.mTag, rows[i].mTag);  // and so are the tags of the limits
+        EXPECT_EQ(output.mInitial.mBits.mTag,
+                  rows[i].mTag);  // the stand-in checks those of the limits
         EXPECT_EQ(output.mMinimum.mBits.mPayload, rows[i].mMinimum);
         EXPECT_EQ(output.mMaximum.mBits.mPayload, rows[i].mMaximum);
     }
 }
 
-TEST_F(DynamicOutputs, StopAtTheLastNumberThereIs)
+TEST_F(DynamicOutputs, StopAtTheLastNumber)
 {
     std::string pattern = "(0-0";
     for (int i = 1; i < 65600; ++i) pattern += ",0-0";
@@ -131,42 +132,25 @@ TEST_F(Delivery, PublishesValuesThenTheTrigger)
               (Texts{"GetPropertyCount", "SetOutputValue 1 1"}));
 }
 
-// Which messages a text gives: a pattern that captures a whole one, and its length.
-TEST_F(Delivery, CutsTextIntoMessages)
+TEST_F(Delivery, TakesTheEndOfMessageCharacterForTheNextText)
 {
     mInstance.SetState("m:s={00-FF}");
-    std::vector<std::string> messages;
-    mHost.mOutputListener = [&](NStandIn::Instance& instance, std::uint16_t output) {
-        if (output == 1) messages.push_back(instance.Outputs()[1].mValue.mText);
-    };
-    const auto x = [](std::size_t count) { return std::string(count, 'x'); };
-    struct Row {
-        std::uint8_t mEomChar;
-        std::string mText;
-        Texts mMessages;
-    };
-    for (const Row& row : {
-             Row{'\n', "\n\nab\ncd\nlost", {"ab", "cd"}},
-             {'\n', "", {}},
-             {0, "ab\ncd", {"ab\ncd"}},
-             {0, "", {}},
-             {0xFE, "ab\376cd\376", {"ab", "cd"}},
-             {'\n', x(2048) + "\nab\n", {x(2048), "ab"}},
-             {'\n', x(2048) + "yab\n", {x(2048), "ab"}},  // the y is lost
-             {'\n', x(2048), {}},
-             {'\n', x(5000), {x(2048), x(2048)}},
-             {0, x(2048), {x(2048)}},
-             {0, x(2049), {x(2048)}},
-             {0, x(2050), {x(2048), x(1)}},
-         }) {
-        messages.clear();
-        mInstance.SetEomChar(row.mEomChar);
-        mInstance.Deliver(row.mText);
-        EXPECT_EQ(messages, row.mMessages) << int{row.mEomChar} << ' ' << row.mText.size();
+    for (const auto& [eomChar, expected] : {std::pair{'\n', "ot01 m b\376c"},
+                                            {'\0', "ot01 m a\nb\376c\nd"},
+                                            {'\376', "ot01 m a\nb"}}) {
+        EXPECT_EQ(
+            LogOf([&, eom = eomChar] { mInstance.SetEomChar(static_cast<std::uint8_t>(eom)); }),
+            Texts());
+        mInstance.Deliver("a\nb\376c\nd");
+        EXPECT_EQ(Outputs(), Texts{expected});
     }
+    // What is left of a text after a cut at the limit is a message of its own.
+    mInstance.SetEomChar(0);
+    mInstance.Deliver(std::string(2049, 'x') + "rest");
+    EXPECT_EQ(Outputs(), Texts{"ot01 m rest"});
 }
 
-TEST_F(Delivery, IgnoresWhatIsNoText)
+TEST_F(Delivery, IgnoresOtherInputsAndNullValues)
 {
     mInstance.SetState("eol");
     EXPECT_EQ(LogOf([&] {
@@ -181,7 +165,7 @@ TEST_F(Delivery, IgnoresWhatIsNoText)
               Texts());
 }
 
-TEST_F(Delivery, GoesOnBehindFailedChecks)
+TEST_F(Delivery, GoesOnAfterFailedChecks)
 {
     mInstance.SetState("n:i=#");
     const std::string none = "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount";

@@ -1,7 +1,7 @@
 // What the host does to the actor from inside its own operations, at each of their calls.
 
 #include <functional>
-#include <map>
+#include <set>
 
 #include "actor_support.h"
 
@@ -9,34 +9,33 @@ namespace {
 
 using NStandIn::Instance;
 using NStandIn::Operation;
+using NStandIn::StandInHost;
+
+// Parsing strings that all match the texts, with outputs that differ in number and types.
+constexpr char kFirstState[] = "n:i=# s:s=letters f:f=.#";
+constexpr char kLongState[] = "a:i=# (x=0-3, y=4-7) b:s=letters c:f=.#";
+constexpr char kShortState[] = "z:s=[0-9]";
+constexpr char kDialogText[] = "n:i=# t:s=letters";
+
+constexpr char kFirstText[] = "5 aa 2.5\n";
+constexpr char kText[] = "1 ab 2.5\n2 cd 3\n";
 
 struct Action {
     const char* mName;
     std::function<void(Instance&)> mRun;
 };
 
-const Action kFailure = {"fail", [](Instance&) {}};
+enum { kDeliver, kBadState };  // places in kActions
 const Action kActions[] = {
-    {"deliver", [](Instance& i) { i.Deliver("1 ab 2.5\n2 cd 3\n"); }},
-    {"grow", [](Instance& i) { i.SetState("a:s=letters b:i=# c:f=# d:s='x' e:i=# f:i=#"); }},
-    {"shrink", [](Instance& i) { i.SetState("z:s='q'"); }},
+    {"deliver", [](Instance& i) { i.Deliver(kText); }},
     {"set a bad state", [](Instance& i) { i.SetState("a:i=# wrong"); }},
+    {"grow", [](Instance& i) { i.SetState(kLongState); }},
+    {"shrink", [](Instance& i) { i.SetState(kShortState); }},
     {"set the default state", [](Instance& i) { i.SetDefaultState(); }},
     {"double click", [](Instance& i) { i.DoubleClick(); }},
     {"dispose", [](Instance& i) { i.Dispose(); }},
 };
-
-// What is reported first when an operation fails.
-const std::map<Operation, std::string> kReports = {
-    {NStandIn::kAllocateBlock, "info->mParseString != nil"},
-    {NStandIn::kGetPropertyCount,
-     "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount"},
-    {NStandIn::kAddProperty, "err == noErr"},
-    {NStandIn::kChangeProperty, "err == noErr"},
-    {NStandIn::kRemoveProperty, "err == noErr"},
-    {NStandIn::kNewTextHandle, "temp != nil"},
-    {NStandIn::kLockTextHandle, "false"},
-};
+const Action kFailure = {"fail", [](Instance&) {}};
 
 // The outputs as far as the parsing string makes them.
 Texts DefinitionsOf(const Instance& instance)
@@ -49,62 +48,172 @@ Texts DefinitionsOf(const Instance& instance)
     return texts;
 }
 
-// Runs the outer action, and the inner one from inside the call of that number. Gives whether there
-// are so many calls.
-bool Interrupt(const Action& outer, const Action& inner, int call)
+// From here on appends what is published to the text that target then points to: "name=value ", and
+// '!' for a trigger.
+void Record(StandInHost& host, std::string* const& target)
 {
-    SCOPED_TRACE(outer.mName + " / "s + inner.mName + " at call " + std::to_string(call));
-    NStandIn::StandInHost host(GetActorInfo);
-    Instance& instance = host.CreateInstance();
-    instance.SetEomChar('\n');
-    instance.SetState("n:i=# s:s=letters f:f=.#");
-    instance.Deliver("5 aa 2.5\n");
-    host.mDialogScript = [](NStandIn::Dialog& dialog) {
-        dialog.Validate();
-        dialog.SetText("n:i=# t:s=letters");
-        return true;
+    host.mOutputListener = [&target](Instance& instance, std::uint16_t output) {
+        const NStandIn::Property& property = instance.Outputs()[output - 1U];
+        *target += output == 1 ? "!" : property.mName + "=" + ShownValue(property) + " ";
     };
-    const bool fails = &inner == &kFailure;
-    int calls = 0;
-    Operation interrupted{};
-    host.mHook = [&](Operation operation) {
-        if (calls++ != call) return false;
-        interrupted = operation;
-        inner.mRun(instance);
-        return fails;
-    };
-    outer.mRun(instance);
-    host.mHook = nullptr;
-    if (const auto report = kReports.find(interrupted); fails && report != kReports.end()) {
-        EXPECT_EQ(host.Assertions().at(0).mText, report->second);
-    }
-    if (instance.Info().mActorDataPtr != nullptr) {
-        host.ClearAssertions();
-        Instance& fresh = host.CreateInstance();
-        fresh.SetState(instance.State());
-        // The outputs are those of the string, but for a bad one or a host that didn't make them.
-        if (!fails && host.Assertions().empty()) {
-            EXPECT_EQ(DefinitionsOf(instance), DefinitionsOf(fresh));
-        }
-        instance.SetState("k:i=#");
-        instance.Deliver("3\n");
-        EXPECT_EQ(OutputsOf(instance).size(), 1U);
-        EXPECT_EQ(instance.Outputs().back().mValue.Integer(), 3);
-    }
-    EXPECT_EQ(host.Close(), Texts());
-    return calls > call;
 }
+
+// What each message publishes with each parsing string.
+std::set<std::string> PublishWholeMessages()
+{
+    std::set<std::string> messages;
+    for (const char* const state : {kFirstState, kLongState, kShortState, kDialogText}) {
+        for (const char* const text : {"5 aa 2.5", "1 ab 2.5", "2 cd 3"}) {
+            StandInHost host(GetActorInfo);
+            Instance& instance = host.CreateInstance();
+            instance.SetState(state);
+            std::string published;
+            std::string* const target = &published;
+            Record(host, target);
+            instance.Deliver(text);
+            EXPECT_EQ(published.find('!'), published.size() - 1) << state << text;
+            messages.insert(published);
+        }
+    }
+    return messages;
+}
+
+// Each trigger must follow all values of one message. Values before those are of a message whose
+// rest was dropped.
+void ExpectWholeMessages(std::string_view published, const std::set<std::string>& wholeMessages)
+{
+    while (published.find('!') != published.npos) {
+        const std::string_view message = published.substr(0, published.find('!') + 1);
+        EXPECT_TRUE(std::any_of(wholeMessages.begin(), wholeMessages.end(),
+                                [message](const auto& whole) { return message.ends_with(whole); }))
+            << message;
+        published.remove_prefix(message.size());
+    }
+}
+
+// Runs the outer action, and the inner one from inside the call of that number, counted from 0.
+class Interruption {
+  public:
+    Interruption(const std::set<std::string>& wholeMessages, const Action& outer,
+                 const Action& inner, int call)
+        : mWholeMessages(wholeMessages), mOuter(outer), mInner(inner), mCall(call)
+    {
+        mInstance.SetEomChar('\n');
+        mInstance.SetState(kFirstState);
+        mInstance.Deliver(kFirstText);
+        mHost.mDialogScript = [](NStandIn::Dialog& dialog) {
+            dialog.Validate();
+            dialog.SetText(kDialogText);
+            return true;
+        };
+        mHost.mHook = [this](Operation operation) { return OnOperation(operation); };
+        Record(mHost, mTarget);
+    }
+
+    // Returns true if there are so many calls.
+    bool Run()
+    {
+        mOuter.mRun(mInstance);
+        mHost.mHook = nullptr;
+        mHost.mOutputListener = nullptr;
+        if (Fails()) {
+            ExpectReport();
+        } else {
+            ExpectValues();
+        }
+        if (mInstance.Info().mActorDataPtr != nullptr) ExpectToWork();
+        for (const std::string& violation : mHost.Close()) {
+            EXPECT_TRUE(DeliversIntoRebuild() && violation.find("SetOutputValue: ") == 0)
+                << violation;
+        }
+        return mReached;
+    }
+
+  private:
+    bool Fails() const { return &mInner == &kFailure; }
+
+    bool OnOperation(Operation operation)
+    {
+        if (mCall-- != 0) return false;
+        mReached = true;
+        mInterrupted = operation;
+        mTarget = &mInside;
+        mInner.mRun(mInstance);
+        mTarget = &mOutside;
+        return Fails();
+    }
+
+    // Checks only the first report, since a failure can have further consequences.
+    void ExpectReport() const
+    {
+        const auto& reports = mHost.Assertions();
+        std::string expected = &mOuter == &kActions[kBadState] ? "false" : "";
+        if (mReached && kReportOfFailure.contains(mInterrupted)) {
+            expected = kReportOfFailure.at(mInterrupted);
+        }
+        EXPECT_EQ(reports.empty() ? "" : reports.front().mText, expected);
+    }
+
+    // A text delivered during a rebuild finds some outputs of the old string and some of the new.
+    bool DeliversIntoRebuild() const
+    {
+        return &mInner == &kActions[kDeliver] && &mOuter != &kActions[kDeliver];
+    }
+
+    void ExpectValues() const
+    {
+        ExpectWholeMessages(mOutside, mWholeMessages);
+        if (!DeliversIntoRebuild()) ExpectWholeMessages(mInside, mWholeMessages);
+        // A delivery inside another one disturbs nothing.
+        if (&mOuter != &kActions[kDeliver] || &mInner != &mOuter) return;
+        EXPECT_EQ(mOutside, "n=1 s=ab f=2.500000 !n=2 s=cd f=3.000000 !");
+        EXPECT_EQ(mInside, mReached ? mOutside : "");
+    }
+
+    void ExpectToWork()
+    {
+        mHost.ClearAssertions();
+        Instance& fresh = mHost.CreateInstance();
+        fresh.SetState(mInstance.State());
+        // The outputs match the string, unless it is bad or the host failed to make them.
+        if (!Fails() && mHost.Assertions().empty()) {
+            EXPECT_EQ(DefinitionsOf(mInstance), DefinitionsOf(fresh));
+        }
+        mInstance.SetState("k:i=#");
+        mInstance.Deliver("3\n");
+        EXPECT_EQ(mInstance.Outputs().size(), 2U);
+        EXPECT_EQ(mInstance.Outputs().back().mName, "k");
+        EXPECT_EQ(ShownValue(mInstance.Outputs().back()), "3");
+    }
+
+    const std::set<std::string>& mWholeMessages;
+    const Action& mOuter;
+    const Action& mInner;
+    int mCall;  // calls until then
+    StandInHost mHost{GetActorInfo};
+    Instance& mInstance = mHost.CreateInstance();
+    bool mReached = false;
+    Operation mInterrupted{};
+    std::string mOutside;
+    std::string mInside;
+    std::string* mTarget = &mOutside;
+};
 
 TEST(Reentry, NothingBreaksAtAnyCall)
 {
+    const std::set<std::string> wholeMessages = PublishWholeMessages();
+    const auto interrupt = [&](const Action& outer, const Action& inner, int call) {
+        SCOPED_TRACE(outer.mName + " / "s + inner.mName + " at call " + std::to_string(call));
+        return Interruption(wholeMessages, outer, inner, call).Run();
+    };
     for (const Action& outer : kActions) {
-        for (int call = 0; Interrupt(outer, kFailure, call); ++call) {
-            for (const Action& inner : kActions) Interrupt(outer, inner, call);
+        for (int call = 0; interrupt(outer, kFailure, call); ++call) {
+            for (const Action& inner : kActions) interrupt(outer, inner, call);
         }
     }
 }
 
-// What the host does from inside the first call of an operation, where that ends the work outside.
+// Actions from inside the first call of an operation that end the work outside.
 TEST(Reentry, EndsWhatItOvertakes)
 {
     using NStandIn::kAddProperty;
@@ -126,7 +235,7 @@ TEST(Reentry, EndsWhatItOvertakes)
         Texts mReports;
     };
     const Row rows[] = {
-        // The value that is on its way goes out, and no more.
+        // The value that is being set is the last.
         {deliver, kSetOutputValue, setSame, "SetOutputValue", 1, {}},
         {deliver, kSetOutputValue, beginAnew, "SetOutputValue", 1, {}},
         {[](Instance& i) { i.SetDefaultState(); },
@@ -141,7 +250,7 @@ TEST(Reentry, EndsWhatItOvertakes)
          "AddProperty",
          2,
          {}},
-        // The handle has the size of another text.
+        // The text no longer has the size of the handle.
         {[](Instance& i) { i.DoubleClick(); },
          kNewTextHandle,
          [](Instance& i) { i.SetState("a:i=# b:i=# c:i=# d:i=#"); },
@@ -171,7 +280,7 @@ TEST(Reentry, EndsWhatItOvertakes)
 
 class DeliveryInside : public ActorTest {};
 
-// Outputs wired back to the input: each message still gives its own values, and then its trigger.
+// Outputs wired back to the input: each message still publishes its own values, then its trigger.
 TEST_F(DeliveryInside, DisturbsNothingOutside)
 {
     mInstance.SetState("n:i=# s:s=letters");

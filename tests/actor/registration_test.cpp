@@ -1,9 +1,10 @@
-// How the host learns the actor, and the beginning and end of an instance.
+// Registration, help texts, and the beginning and end of an instance.
 
 #include <cstring>
+#include <functional>
 #include <utility>
 
-#include "actor/dynamic_outputs.h"
+#include "actor/property_id.h"
 #include "actor_support.h"
 
 using NActor::ActorInfo;
@@ -14,7 +15,7 @@ class Registration : public ActorTest {};
 
 TEST_F(Registration, FillsItsFieldsAndNothingElse)
 {
-    // Codes, slots and what stays, at the offsets that the host has them.
+    // Codes, slots and untouched words, at the offsets of the host.
     unsigned char first[800];
     unsigned char second[800];
     std::memset(first, 0xA5, sizeof first);
@@ -94,16 +95,41 @@ TEST_F(Registration, CreatesAndDisposes)
     second.SetState("'abc'");
     EXPECT_EQ(LogOf([&] { second.Dispose(); }),
               (Texts{"ReleaseBlock 6", "ReleaseBlock " + record}));
+}
 
-    // A second end from inside the first.
-    mInstance.SetState("'abc'");
-    bool inside = false;
-    mHost.mHook = [&](NStandIn::Operation) {
-        if (!std::exchange(inside, true)) mInstance.Dispose();
-        return false;
+// What the host does to an instance from inside the release of its string.
+TEST_F(Registration, DisposesOnceWhateverTheHostDoesInside)
+{
+    struct Row {
+        const char* mName;
+        std::function<void(NStandIn::Instance&)> mInner;
+        std::ptrdiff_t mReleases;
+        Texts mReports;
     };
-    mInstance.Dispose();
-    EXPECT_EQ(Reports(), Texts{"ioActorInfo->mActorDataPtr != nil"});
+    const std::string gone = "ioActorInfo->mActorDataPtr != nil";
+    for (const Row& row : {
+             Row{"nothing", [](NStandIn::Instance&) {}, 2, {}},
+             {"store a string", [](NStandIn::Instance& i) { i.SetState("'c'"); }, 3, {}},
+             {"dispose", [](NStandIn::Instance& i) { i.Dispose(); }, 2, {gone}},
+             {"begin anew", [](NStandIn::Instance& i) { i.Recreate(); }, 2, {gone}},
+             {"take away the pointer",
+              [](NStandIn::Instance& i) { i.Info().mActorDataPtr = nullptr; },
+              2,
+              {gone}},
+         }) {
+        SCOPED_TRACE(row.mName);
+        NStandIn::Instance& instance = mHost.CreateInstance();
+        instance.SetState("'abc'");
+        bool inside = false;
+        mHost.mHook = [&](NStandIn::Operation) {
+            if (!std::exchange(inside, true)) row.mInner(instance);
+            return false;
+        };
+        const Texts log = LogOf([&] { instance.Dispose(); });
+        mHost.mHook = nullptr;
+        EXPECT_EQ(CallsOf("ReleaseBlock", log), row.mReleases);
+        EXPECT_EQ(Reports(), row.mReports);
+    }
 }
 
 // Every callback without a record: creation failed, or the instance is gone.
@@ -140,7 +166,7 @@ TEST_F(Registration, MakesIdsAndReportsThoseOutOfRange)
     NActor::HostContext context{{}, &table};
     const auto idOf = [&](const char* base, int index) {
         sReported.clear();
-        const std::uint32_t id = NActor::MakeTwoCharId(&context, base, index);
+        const std::uint32_t id = NActor::MakeTwoCharId(NActor::Host(&context), base, index);
         std::string text;
         for (int shift = 24; shift >= 0; shift -= 8) text += static_cast<char>(id >> shift & 0xFF);
         return text;

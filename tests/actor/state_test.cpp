@@ -1,6 +1,5 @@
 // Saved state, the editing dialog and the icon.
 
-#include <map>
 #include <sstream>
 
 #include "actor/icon.h"
@@ -45,7 +44,7 @@ TEST_F(State, WithoutAGoodStringTheOutputsStay)
     EXPECT_EQ(Outputs(), Texts{"ot01 n 0"});
     EXPECT_EQ(LogOf([&] { mInstance.Deliver("5"); }), Texts());
     mHost.mHook = nullptr;
-    // One byte more than this can't be asked for; the pointer is never followed.
+    // A block of one byte more can't be requested; the pointer is never followed.
     EXPECT_EQ(LogOf([&] { mInstance.SetState(nullptr, 0xFFFFFFFF); }),
               Texts{"ReportAssertion "s + kNoMemory});
     EXPECT_EQ(Reports(), (Texts{"false", kNoMemory, kNoMemory}));
@@ -143,32 +142,45 @@ TEST_F(DialogTest, ValidatesWithoutTouchingTheInstance)
     EXPECT_EQ(mInstance.State(), "n:i=#");
 }
 
-// The old string is gone by then. What stays is nothing, and outputs on which nothing goes out.
-TEST_F(DialogTest, CommitsNoStringWhereTheHostFails)
+// The old string is dropped by then. What remains is no string, and outputs on which nothing goes
+// out.
+TEST_F(DialogTest, CommitsNoStringIfTheHostFails)
 {
-    bool closed = false;
+    struct Row {
+        Operation mFailed;
+        bool mThrows;
+        Texts mFailure;  // the operations from there on
+    };
     Accept("b:i=#");
-    for (const auto& [failed, failure] : std::map<Operation, Texts>{
-             {NStandIn::kAllocateBlock, {"ReportAssertion "s + kNoMemory}},
-             {NStandIn::kLockTextHandle,
-              {"LockTextHandle", "UnlockTextHandle", "ReportAssertion false", "ReleaseBlock 6"}}}) {
+    for (const Row& row : {
+             Row{NStandIn::kAllocateBlock, false, {"ReportAssertion "s + kNoMemory}},
+             Row{NStandIn::kLockTextHandle,
+                 false,
+                 {"LockTextHandle", "UnlockTextHandle", "ReportAssertion false", "ReleaseBlock 6"}},
+             Row{NStandIn::kLockTextHandle,
+                 true,
+                 {"LockTextHandle", "ReleaseBlock 6", "ReportAssertion false"}},
+             Row{NStandIn::kTextHandleSize, true, {"ReportAssertion false"}},
+         }) {
         mInstance.SetState("a:i=#");
-        closed = false;
-        mHost.mHook = [&closed, failed = failed](Operation operation) {
+        bool closed = false;
+        mHost.mHook = [&](Operation operation) {
             closed = closed || operation == NStandIn::kRunTextDialog;
-            return closed && operation == failed;
+            if (closed && operation == row.mFailed && row.mThrows) throw 1;
+            return closed && operation == row.mFailed;
         };
         const Texts log = LogOf([&] { EXPECT_TRUE(mInstance.DoubleClick()); });
         mHost.mHook = nullptr;
-        Texts expected = {"ReleaseBlock 6", "TextHandleSize", "AllocateBlock 6"};
-        expected.insert(expected.end(), failure.begin(), failure.end());
+        Texts expected = {"ReleaseBlock 6", "TextHandleSize"};
+        if (row.mFailed != NStandIn::kTextHandleSize) expected.emplace_back("AllocateBlock 6");
+        expected.insert(expected.end(), row.mFailure.begin(), row.mFailure.end());
         expected.emplace_back("DisposeTextHandle");
-        EXPECT_EQ(Texts(log.begin() + 4, log.end()), expected);  // behind the dialog
+        EXPECT_EQ(Texts(log.begin() + 4, log.end()), expected);  // after the dialog
         EXPECT_EQ(mInstance.State(), "");
         EXPECT_EQ(Outputs(), Texts{"ot01 a 0"});
         EXPECT_EQ(LogOf([&] { mInstance.Deliver("5"); }), Texts());
     }
-    EXPECT_EQ(Reports(), (Texts{kNoMemory, "false"}));
+    EXPECT_EQ(Reports(), (Texts{kNoMemory, "false", "false", "false"}));
 }
 
 TEST_F(Icon, IsLoadedOnceForAllAndDrawnAsItsFirstPart)
@@ -188,7 +200,7 @@ TEST_F(Icon, IsLoadedOnceForAllAndDrawnAsItsFirstPart)
                   mInstance.DrawIcon(&token, 1, 0xFEDCBA9876543210, 200);
               }),
               Texts{"DrawIconRecord " + host + " 200 18364758544493064720"});
-    *mHost.Icon() = NActor::IconRecord{};  // as a library just loaded has it
+    *mHost.Icon() = NActor::IconRecord{};  // as in a library just loaded
 }
 
 }  // namespace
