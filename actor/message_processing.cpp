@@ -86,8 +86,7 @@ void ParseInputText(const HostCall& call, const char* text)
         if (!message) return;
         NPattern::Pattern& pattern = watch.Record()->mPattern;
         const auto messageLength = static_cast<std::uint32_t>(message->size());
-        if (pattern.Match(message->data(), messageLength) == nullptr) continue;
-        pattern.CollectParameters(params);
+        if (pattern.Match(message->data(), messageLength, params) == nullptr) continue;
         PublishParameters(call, *watch.Record(), params.Entries());
     }
 }

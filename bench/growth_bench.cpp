@@ -30,11 +30,11 @@ void MeasureMatching(benchmark::State& state, const std::string& parsingString,
     NPattern::CapturedParameters parameters;
     const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.data());
     while (state.KeepRunning()) {
-        if (pattern.Match(data, static_cast<std::uint32_t>(message.size())) == nullptr) {
+        const auto length = static_cast<std::uint32_t>(message.size());
+        if (pattern.Match(data, length, parameters) == nullptr) {
             state.SkipWithError("no match");
             break;
         }
-        pattern.CollectParameters(parameters);
         benchmark::ClobberMemory();
     }
 }

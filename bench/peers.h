@@ -42,9 +42,7 @@ class EnginePeer {
     bool Parse(const Message& message)
     {
         const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.mText);
-        if (mPattern.Match(data, message.mLength) == nullptr) return false;
-        mPattern.CollectParameters(mParameters);
-        return true;
+        return mPattern.Match(data, message.mLength, mParameters) != nullptr;
     }
 
     Record Values() const

@@ -47,8 +47,7 @@ std::size_t RunEngine(const std::vector<Message>& messages, NPattern::Pattern& i
     outMatched = 0;
     for (const Message& message : messages) {
         const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.mText);
-        if (ioPattern.Match(data, message.mLength) == nullptr) continue;
-        ioPattern.CollectParameters(ioParameters);
+        if (ioPattern.Match(data, message.mLength, ioParameters) == nullptr) continue;
         benchmark::ClobberMemory();
         values += ioParameters.Entries().size();
         ++outMatched;

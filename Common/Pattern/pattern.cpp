@@ -3,29 +3,22 @@
 #include <utility>
 
 #include "pattern_element.h"
-#include "pattern_memory.h"
 #include "pattern_program.h"
 
 namespace NPattern {
-
-namespace {
-
-void CopyValue(Parameter& outParameter, const Parameter& parameter)
-{
-    outParameter.mIntValue = parameter.mIntValue;
-    outParameter.mFloatValue = parameter.mFloatValue;
-    if (parameter.mType == kTypeString) {
-        AssignBytes(outParameter.mStringValue, parameter.mStringValue.data(),
-                    parameter.mStringValue.size());
-    }
-}
-
-}  // namespace
 
 Pattern::Pattern() = default;
 Pattern::Pattern(Pattern&&) noexcept = default;
 Pattern& Pattern::operator=(Pattern&&) noexcept = default;
 Pattern::~Pattern() = default;
+
+void CapturedParameters::Follow(const std::shared_ptr<const Program>& program)
+{
+    std::vector<Parameter> entries;
+    if (program != nullptr) entries = program->Captures();
+    mEntries = std::move(entries);
+    mProgram = program;
+}
 
 void Pattern::SetPatternString(const std::string& parseString)
 {
@@ -33,38 +26,37 @@ void Pattern::SetPatternString(const std::string& parseString)
     ElementList elements = CompileElements(parseString);
     const auto program = std::make_shared<Program>();
     for (const auto& element : elements) element->Emit(*program);
+    program->Finish();
     mElements = std::move(elements);
     mProgram = program;
 }
 
 const Byte* Pattern::Match(const Byte* data, std::uint32_t length)
 {
-    return mProgram != nullptr ? mProgram->Run(data, length) : nullptr;
+    return Match(data, length, mCaptured);
+}
+
+const Byte* Pattern::Match(const Byte* data, std::uint32_t length,
+                           CapturedParameters& outParameters)
+{
+    if (outParameters.mProgram != mProgram) outParameters.Follow(mProgram);
+    if (mProgram == nullptr || length == 0) return nullptr;
+    return mProgram->Run(data, length, outParameters.mEntries.data());
 }
 
 void Pattern::CollectParameters(std::vector<Parameter>& outParameters) const
 {
-    outParameters.clear();
-    if (mProgram == nullptr) return;
-    outParameters.reserve(mProgram->Captures().size());
-    for (const auto& element : mElements) element->CollectParameters(outParameters);
-}
-
-void Pattern::CollectParameters(CapturedParameters& ioParameters) const
-{
-    if (ioParameters.mProgram != mProgram) {
-        std::vector<Parameter> entries;
-        CollectParameters(entries);
-        ioParameters.mEntries = std::move(entries);
-        ioParameters.mProgram = mProgram;
-    } else if (mProgram != nullptr) {
-        auto entry = ioParameters.mEntries.begin();
-        for (const Parameter* const capture : mProgram->Captures()) CopyValue(*entry++, *capture);
+    if (mProgram == nullptr) {
+        outParameters.clear();
+    } else {
+        const bool hasMatched = mCaptured.mProgram == mProgram;
+        outParameters = hasMatched ? mCaptured.mEntries : mProgram->Captures();
     }
 }
 
 void Pattern::Clear()
 {
+    mCaptured = {};
     mProgram.reset();
     mElements.clear();
 }

@@ -4,7 +4,7 @@
 //     NPattern::Pattern pattern;
 //     pattern.SetPatternString("'T=' t:float=.#");  // throws PatternSyntaxException
 //     NPattern::CapturedParameters captured;
-//     if (pattern.Match(data, length) != nullptr) pattern.CollectParameters(captured);
+//     if (pattern.Match(data, length, captured) != nullptr) Use(captured.Entries());
 
 #pragma once
 
@@ -23,19 +23,21 @@ class Element;
 class Program;
 
 // The captured values of one match after another, for a caller who keeps it from message to
-// message. Only Pattern writes to it, so that it copies names and types only when the pattern has
-// changed, which takes a third of the time. May outlive the pattern.
+// message: names and types are copied only when the pattern has changed. May outlive the pattern.
 class CapturedParameters {
   public:
     CapturedParameters() = default;
-    CapturedParameters(const CapturedParameters&) = delete;
-    CapturedParameters& operator=(const CapturedParameters&) = delete;
+    CapturedParameters(CapturedParameters&&) = default;
+    CapturedParameters& operator=(CapturedParameters&&) = default;
 
     // One entry for each capture, in the order of the parsing string.
     const std::vector<Parameter>& Entries() const { return mEntries; }
 
   private:
     friend class Pattern;
+
+    // Throws std::bad_alloc, and is then unchanged.
+    void Follow(const std::shared_ptr<const Program>& program);
 
     std::vector<Parameter> mEntries;
     // The program whose captures mEntries has. Only its address is used; holding it ensures that no
@@ -62,20 +64,22 @@ class Pattern {
     // nor does one of length 0. Throws nothing but std::bad_alloc, and only for a captured string
     // that is longer than any before.
     const Byte* Match(const Byte* data, std::uint32_t length);
+    // The same, with the captured values in outParameters. It may hold those of another pattern
+    // before. After a failed match its names and types are those of this pattern, but some of its
+    // values are of this message and some of earlier ones.
+    const Byte* Match(const Byte* data, std::uint32_t length, CapturedParameters& outParameters);
 
     // Replaces the content of outParameters by one entry for each capture, in the order of the
-    // parsing string. Call it after a match, for the values, or after a compile, for names and
-    // types. Throws nothing but std::bad_alloc.
+    // parsing string. Call it after a match without CapturedParameters, for the values, or after a
+    // compile, for names and types. Throws nothing but std::bad_alloc.
     void CollectParameters(std::vector<Parameter>& outParameters) const;
-    // The same for a caller with many messages. ioParameters may hold the captures of another
-    // pattern; it keeps them if memory runs out for those that replace them.
-    void CollectParameters(CapturedParameters& ioParameters) const;
 
     void Clear();
 
   private:
     std::vector<std::unique_ptr<Element>> mElements;
     std::shared_ptr<const Program> mProgram;  // refers to mElements; null: nothing is compiled
+    CapturedParameters mCaptured;             // of a match without CapturedParameters
 };
 
 }  // namespace NPattern

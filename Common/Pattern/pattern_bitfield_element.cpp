@@ -1,6 +1,9 @@
 #include "pattern_bitfield_element.h"
 
 #include <algorithm>
+#include <bit>
+
+#include "pattern_memory.h"
 
 namespace NPattern {
 
@@ -69,6 +72,67 @@ std::uint64_t ReadNumber(const Byte* bytes, std::int32_t count, bool bigEndian)
     return number;
 }
 
+// The same for count bytes, of which kMostNumberBytes may be read. In little-endian order the
+// number has more bits than the bytes.
+template <bool kBigEndian>
+std::uint64_t ReadNumberAtOnce(const Byte* bytes, std::int32_t count)
+{
+    const auto word = ReadWord<std::uint64_t>(bytes);
+    constexpr bool kIsSwapped = kBigEndian != (std::endian::native == std::endian::big);
+    const std::uint64_t number = kIsSwapped ? SwapBytes(word) : word;
+    return kBigEndian ? number >> (kMostNumberBytes - count) * 8 : number;
+}
+
+std::int32_t BitsAt(const BitPlace& place, std::uint64_t number)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(number >> place.mShift) &
+                                     place.mMask);
+}
+
+struct BlockOperands {
+    const BitPlace* mPlaces;
+    std::int32_t mByteCount;
+    std::uint32_t mFirstValue;
+    std::uint32_t mValueCount;
+};
+
+// A block of at most kMostNumberBytes: one number, read once for all values.
+template <bool kBigEndian>
+const Byte* RunSmallBlock(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    const auto& operands = step->Get<BlockOperands>();
+    const std::ptrdiff_t left = end - current;
+    if (left < operands.mByteCount) return nullptr;
+    const std::uint64_t number = left >= kMostNumberBytes
+                                     ? ReadNumberAtOnce<kBigEndian>(current, operands.mByteCount)
+                                     : ReadNumber(current, operands.mByteCount, kBigEndian);
+    Parameter* value = values + operands.mFirstValue;
+    const BitPlace* const placesEnd = operands.mPlaces + operands.mValueCount;
+    for (const BitPlace* place = operands.mPlaces; place != placesEnd; ++place, ++value) {
+        value->mIntValue = BitsAt(*place, number);
+    }
+    return RunNextStep(step, current + operands.mByteCount, end, values);
+}
+
+template <bool kBigEndian>
+const Byte* RunLargeBlock(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    const auto& operands = step->Get<BlockOperands>();
+    if (end - current < operands.mByteCount) return nullptr;
+    for (std::uint32_t i = 0; i < operands.mValueCount; ++i) {
+        const BitPlace& place = operands.mPlaces[i];
+        const std::uint64_t number =
+            ReadNumber(current + place.mFirstByte, place.mByteSpan, kBigEndian);
+        values[operands.mFirstValue + i].mIntValue = BitsAt(place, number);
+    }
+    return RunNextStep(step, current + operands.mByteCount, end, values);
+}
+
+// White space before a block is never skipped, but the message may be used up, and a block is never
+// empty: so one function serves both places of a pair.
+template <StepFunction kRun>
+constexpr StepFunction kBlockSteps[2] = {kRun, kRun};
+
 }  // namespace
 
 bool BitfieldElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
@@ -106,13 +170,11 @@ void BitfieldElement::Dump(std::FILE* stream) const
 const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length < static_cast<std::uint32_t>(mByteCount)) return nullptr;
-    const bool isOneNumber = mByteCount <= kMostNumberBytes;
-    const std::uint64_t block = isOneNumber ? ReadNumber(data, mByteCount, mBigEndian) : 0;
-    for (BitfieldField& field : mFields) {
-        // Common case: the block is one number, read once for all fields.
-        const std::uint64_t bits =
-            isOneNumber ? block : ReadNumber(data + field.mFirstByte, field.mByteSpan, mBigEndian);
-        field.SetIntegerValue(static_cast<std::uint32_t>(bits >> field.mShift & field.mMask));
+    for (std::size_t i = 0; i < mFields.size(); ++i) {
+        const BitPlace& place = mPlaces[i];
+        const std::uint64_t number =
+            ReadNumber(data + place.mFirstByte, place.mByteSpan, mBigEndian);
+        mFields[i].SetIntegerValue(static_cast<std::uint32_t>(BitsAt(place, number)));
     }
     return data + mByteCount;
 }
@@ -120,17 +182,18 @@ const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 // In a larger block the 32 bits of a field lie in at most five bytes, wherever they start.
 void BitfieldElement::PlaceFields()
 {
-    for (BitfieldField& field : mFields) {
-        field.mMask = (std::uint64_t{1} << (field.mEndBit - field.mStartBit + 1)) - 1;
+    for (const BitfieldField& field : mFields) {
+        BitPlace& place = mPlaces.emplace_back();
+        place.mMask = 0xFFFFFFFFU >> (kMostBits - 1 - (field.mEndBit - field.mStartBit));
         if (mByteCount <= kMostNumberBytes) {
-            field.mByteSpan = mByteCount;
-            field.mShift = field.mStartBit;
+            place.mByteSpan = mByteCount;
+            place.mShift = field.mStartBit;
         } else {
             const std::int32_t lowByte = field.mStartBit / 8;
             const std::int32_t highByte = field.mEndBit / 8;
-            field.mFirstByte = mBigEndian ? mByteCount - 1 - highByte : lowByte;
-            field.mByteSpan = highByte - lowByte + 1;
-            field.mShift = field.mStartBit % 8;
+            place.mFirstByte = mBigEndian ? mByteCount - 1 - highByte : lowByte;
+            place.mByteSpan = highByte - lowByte + 1;
+            place.mShift = field.mStartBit % 8;
         }
     }
 }
@@ -142,8 +205,19 @@ void BitfieldElement::CollectParameters(std::vector<Parameter>& ioList) const
 
 void BitfieldElement::Emit(Program& ioProgram)
 {
-    ioProgram.AddElement(*this);
-    for (const BitfieldField& field : mFields) ioProgram.AddCapture(field);
+    BlockOperands operands{mPlaces.data(), mByteCount, 0,
+                           static_cast<std::uint32_t>(mFields.size())};
+    operands.mFirstValue = ioProgram.AddCapture(mFields[0]);
+    for (std::size_t i = 1; i < mFields.size(); ++i) ioProgram.AddCapture(mFields[i]);
+    if (mByteCount > kMostNumberBytes) {
+        ioProgram.AddStep(
+            mBigEndian ? kBlockSteps<RunLargeBlock<true>> : kBlockSteps<RunLargeBlock<false>>,
+            operands);
+    } else {
+        ioProgram.AddStep(
+            mBigEndian ? kBlockSteps<RunSmallBlock<true>> : kBlockSteps<RunSmallBlock<false>>,
+            operands);
+    }
 }
 
 }  // namespace NPattern

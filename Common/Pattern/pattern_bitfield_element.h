@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "pattern_element.h"
 
 namespace NPattern {
@@ -8,13 +10,15 @@ namespace NPattern {
 struct BitfieldField : Parameter {
     std::int32_t mStartBit = 0;  // the lower bit of the range, included
     std::int32_t mEndBit = 0;    // the higher bit, included; at most mStartBit + 31
+};
 
-    // How the value is read, computed once the size of the block is known.
+// How the value of a range is read, computed once the size of the block is known.
+struct BitPlace {
     std::int32_t mFirstByte =
         0;                       // of the bytes that hold it; the whole block if that has at most 8
     std::int32_t mByteSpan = 0;  // number of these bytes
     std::int32_t mShift = 0;     // place of its lowest bit in the number that these bytes make
-    std::uint64_t mMask = 0;     // one bit for each bit of the value
+    std::uint32_t mMask = 0;     // one bit for each bit of the value
 };
 
 // A block of bytes read as one unsigned number and cut into ranges of bits: (a=0-3, b=4-15) : L.
@@ -45,6 +49,7 @@ class BitfieldElement final : public Element {
     void PlaceFields();
 
     std::vector<BitfieldField> mFields;
+    std::vector<BitPlace> mPlaces;  // of mFields
     bool mBigEndian = true;
     std::int32_t mByteCount = 0;  // size of the block, at least 1
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "pattern_memory.h"
+
 namespace NPattern {
 
 namespace {
@@ -97,6 +99,129 @@ TokenClass ClassOf(const std::vector<LToken>& tokens, TokenCursor cursor, std::s
     if (token.mText == "^") return kNegation;
     if (token.mText == "-") return kRange;
     return token.mText == closing ? kClosing : kMember;
+}
+
+// What a set step captures, beside nothing: a string, an integer of the first bytes in either byte
+// order, or any other value, by a setter of Parameter.
+enum SetCapture {
+    kCapturesNothing,
+    kCapturesString,
+    kCapturesLittleEndian,
+    kCapturesBigEndian,
+    kCapturesOther,
+    kSetCaptureCount
+};
+
+struct SetOperands {
+    const BytesetElement* mElement;
+    const std::uint32_t* mMembers;
+    std::uint32_t mLength;  // 0: a run of any length
+    std::uint32_t mValue;
+};
+
+// Returns the length of the run at the start of the message, 0 for no match.
+std::uint32_t RunLengthOf(const std::uint32_t* members, std::uint32_t wanted, const Byte* data,
+                          std::uint32_t length)
+{
+    if (length < wanted) return 0;
+    const std::uint32_t most = wanted != 0 ? wanted : length;
+    std::uint32_t run = 0;
+    while (run < most && members[data[run]] != 0) ++run;
+    return run < wanted ? 0 : run;
+}
+
+// Captures the run by a setter of Parameter. The steps below jump here for what is rare, so that
+// the common case calls nothing.
+const Byte* RunBySetter(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    const auto& operands = step->Get<SetOperands>();
+    const std::uint32_t run = RunLengthOf(operands.mMembers, operands.mLength, current,
+                                          static_cast<std::uint32_t>(end - current));
+    Parameter& value = values[operands.mValue];
+    if (operands.mElement->IsBinary()) {
+        value.SetBinaryValue(current, run);
+    } else {
+        value.SetTextValue(current, run, false);
+    }
+    return RunNextStep(step, current + run, end, values);
+}
+
+// Stores what the setter of Parameter would, or returns false.
+template <SetCapture kCapture>
+bool StoreRun(const Byte* data, std::uint32_t length, Parameter& outParameter)
+{
+    if (kCapture == kCapturesString) {
+        AssignBytes(outParameter.mStringValue, reinterpret_cast<const char*>(data), length);
+        return true;
+    }
+    if (kCapture == kCapturesOther || length > sizeof(std::uint32_t)) return false;
+    std::uint32_t value = 0;
+    for (std::uint32_t i = 0; i < length; ++i) {
+        value = kCapture == kCapturesLittleEndian ? value | std::uint32_t{data[i]} << 8 * i
+                                                  : value << 8 | data[i];
+    }
+    outParameter.mIntValue = static_cast<std::int32_t>(value);
+    return true;
+}
+
+template <bool kSkipsSpace, SetCapture kCapture>
+const Byte* RunSet(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    const auto& operands = step->Get<SetOperands>();
+    const std::uint32_t run = RunLengthOf(operands.mMembers, operands.mLength, current,
+                                          static_cast<std::uint32_t>(end - current));
+    if (run == 0) return nullptr;
+    if constexpr (kCapture != kCapturesNothing) {
+        if (!StoreRun<kCapture>(current, run, values[operands.mValue])) {
+            return RunBySetter(step, current, end, values);
+        }
+    }
+    return RunNextStep(step, current + run, end, values);
+}
+
+// A number of bytes of any value, before which white space is never skipped.
+template <SetCapture kCapture>
+const Byte* RunAnyBytes(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    const auto& operands = step->Get<SetOperands>();
+    if (static_cast<std::size_t>(end - current) < operands.mLength) return nullptr;
+    if constexpr (kCapture != kCapturesNothing) {
+        if (!StoreRun<kCapture>(current, operands.mLength, values[operands.mValue])) {
+            return RunBySetter(step, current, end, values);
+        }
+    }
+    return RunNextStep(step, current + operands.mLength, end, values);
+}
+
+using StepFunctionPair = StepFunction[2];
+
+// Indexed by SetCapture.
+constexpr StepFunctionPair kSetSteps[kSetCaptureCount] = {
+    {RunSet<false, kCapturesNothing>, RunSet<true, kCapturesNothing>},
+    {RunSet<false, kCapturesString>, RunSet<true, kCapturesString>},
+    {RunSet<false, kCapturesLittleEndian>, RunSet<true, kCapturesLittleEndian>},
+    {RunSet<false, kCapturesBigEndian>, RunSet<true, kCapturesBigEndian>},
+    {RunSet<false, kCapturesOther>, RunSet<true, kCapturesOther>},
+};
+constexpr StepFunctionPair kAnyBytesSteps[kSetCaptureCount] = {
+    {RunAnyBytes<kCapturesNothing>, RunAnyBytes<kCapturesNothing>},
+    {RunAnyBytes<kCapturesString>, RunAnyBytes<kCapturesString>},
+    {RunAnyBytes<kCapturesLittleEndian>, RunAnyBytes<kCapturesLittleEndian>},
+    {RunAnyBytes<kCapturesBigEndian>, RunAnyBytes<kCapturesBigEndian>},
+    {RunAnyBytes<kCapturesOther>, RunAnyBytes<kCapturesOther>},
+};
+
+SetCapture CaptureOf(ParameterType type, bool isBinary)
+{
+    switch (type) {
+        case kTypeString: return kCapturesString;
+        case kTypeLInteger: return isBinary ? kCapturesLittleEndian : kCapturesOther;
+        case kTypeBInteger: return isBinary ? kCapturesBigEndian : kCapturesOther;
+        case kTypeFloat: return kCapturesOther;
+        case kTypeNone: break;
+    }
+    return kCapturesNothing;
 }
 
 }  // namespace
@@ -272,27 +397,31 @@ void BytesetElement::Dump(std::FILE* stream) const
 
 const Byte* BytesetElement::Match(const Byte* data, std::uint32_t length)
 {
-    const auto wanted = static_cast<std::uint32_t>(mLength);
-    if (length == 0 || length < wanted || mMembers[*data] == 0) return nullptr;
-    const std::uint32_t most = wanted != 0 ? wanted : length;
-    std::uint32_t run = 1;
-    while (run < most && mMembers[data[run]] != 0) ++run;
-    if (run < wanted) return nullptr;
-
+    const std::uint32_t run =
+        RunLengthOf(mMembers.data(), static_cast<std::uint32_t>(mLength), data, length);
+    if (run == 0) return nullptr;
     const Byte* const end = data + run;
-    if (mParameter.mType == kTypeNone) return end;
     return mBinary ? CaptureBytes(data, end) : CaptureText(data, end, false);
 }
 
 void BytesetElement::Emit(Program& ioProgram)
 {
+    const SetCapture capture = CaptureOf(mParameter.mType, mBinary);
+    if (capture == kCapturesNothing && mLength == 1 && EmitAsText(ioProgram)) return;
+    SetOperands operands{this, mMembers.data(), static_cast<std::uint32_t>(mLength), 0};
+    if (capture != kCapturesNothing) operands.mValue = ioProgram.AddCapture(mParameter);
+    const auto& steps = mClass == kClassAnyByte ? kAnyBytesSteps : kSetSteps;
+    ioProgram.AddStep(steps[capture], operands);
+}
+
+bool BytesetElement::EmitAsText(Program& ioProgram) const
+{
     const auto isMember = [](std::uint32_t member) { return member != 0; };
-    const bool isText = mLength == 1 && mParameter.mType == kTypeNone &&
-                        std::count_if(mMembers.begin(), mMembers.end(), isMember) == 1;
-    if (!isText) return Element::Emit(ioProgram);
+    if (std::count_if(mMembers.begin(), mMembers.end(), isMember) != 1) return false;
     const auto member = std::find_if(mMembers.begin(), mMembers.end(), isMember);
     const char text = static_cast<char>(member - mMembers.begin());
     ioProgram.AddText(std::string_view(&text, 1), true);
+    return true;
 }
 
 }  // namespace NPattern

@@ -45,7 +45,6 @@ class BytesetElement final : public Element {
     // Takes at least one byte; exactly mLength bytes unless that is 0.
     const Byte* Match(const Byte* data, std::uint32_t length) override;
     bool IsBinary() const override { return mBinary; }
-    // One byte of a set with one member is a text, and so a step of its own.
     void Emit(Program& ioProgram) override;
     ElementPointer Pointer() const override { return this; }
 
@@ -73,6 +72,9 @@ class BytesetElement final : public Element {
     void ParseSetBody(const std::vector<LToken>& tokens, TokenCursor& ioCursor,
                       const SetSyntax& syntax);
     bool HasSpace() const;
+
+    // For one byte that is not captured: emits a text and returns true if the set has one member.
+    bool EmitAsText(Program& ioProgram) const;
 
     std::array<std::uint32_t, 256> mMembers{};  // by byte value; not 0: a member
     std::int32_t mLength = 0;                   // exactly this many bytes; 0: a run of any length

@@ -78,7 +78,6 @@ void Element::CollectParameters(std::vector<Parameter>& ioList) const
 void Element::Emit(Program& ioProgram)
 {
     ioProgram.AddElement(*this);
-    if (mParameter.mType != kTypeNone) ioProgram.AddCapture(mParameter);
 }
 
 void Element::ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor)

@@ -69,8 +69,8 @@ class Element {
     // Appends copies of what the element captures: of mParameter, unless it is of kTypeNone.
     virtual void CollectParameters(std::vector<Parameter>& ioList) const;
 
-    // Appends the steps and the captures of the element. Running them is the same as calling Match,
-    // which is what an element without a step of its own emits.
+    // Appends the steps and the captures of the element to a program, which does the same as Match
+    // and CollectParameters, but faster. By default adds a step that calls these two.
     virtual void Emit(Program& ioProgram);
 
     virtual ElementPointer Pointer() const = 0;

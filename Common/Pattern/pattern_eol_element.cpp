@@ -36,6 +36,31 @@ const Byte* FindLineEnd(const Byte* data, const Byte* end)
     return end;
 }
 
+const Byte* SkipLineEnds(const Byte* data, const Byte* end)
+{
+    return std::find_if_not(FindLineEnd(data, end), end, IsLineEnd);
+}
+
+// A capture that starts with a NUL has length 0, which means a text that ends at that NUL.
+void CaptureLine(const Byte* data, const Byte* rest, Parameter& outParameter)
+{
+    const auto length = static_cast<std::uint32_t>(FindByte(data, rest, 0) - data);
+    outParameter.SetTextValue(data, length, false);
+}
+
+struct LineOperands {
+    std::uint32_t mValue;
+};
+
+template <bool kSkipsSpace, bool kCaptures>
+const Byte* RunLine(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    const Byte* const rest = SkipLineEnds(current, end);
+    if (kCaptures) CaptureLine(current, rest, values[step->Get<LineOperands>().mValue]);
+    return RunNextStep(step, rest, end, values);
+}
+
 }  // namespace
 
 bool EOLElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
@@ -63,14 +88,19 @@ void EOLElement::Dump(std::FILE* stream) const
 const Byte* EOLElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length == 0) return nullptr;
-    const Byte* const end = data + length;
-    const Byte* const rest = std::find_if_not(FindLineEnd(data, end), end, IsLineEnd);
-    if (mParameter.mType != kTypeNone) {
-        // A capture that starts with a NUL has length 0, which means a text that ends at that NUL.
-        const auto textLength = static_cast<std::uint32_t>(FindByte(data, rest, 0) - data);
-        mParameter.SetTextValue(data, textLength, false);
-    }
+    const Byte* const rest = SkipLineEnds(data, data + length);
+    if (mParameter.mType != kTypeNone) CaptureLine(data, rest, mParameter);
     return rest;
+}
+
+void EOLElement::Emit(Program& ioProgram)
+{
+    if (mParameter.mType == kTypeNone) {
+        ioProgram.AddStep({RunLine<false, false>, RunLine<true, false>}, LineOperands{});
+    } else {
+        ioProgram.AddStep({RunLine<false, true>, RunLine<true, true>},
+                          LineOperands{ioProgram.AddCapture(mParameter)});
+    }
 }
 
 }  // namespace NPattern

@@ -19,6 +19,7 @@ class EOLElement final : public Element {
     // A message without any line end is taken whole. Null only for length 0.
     const Byte* Match(const Byte* data, std::uint32_t length) override;
     bool IsBinary() const override { return false; }
+    void Emit(Program& ioProgram) override;
     ElementPointer Pointer() const override { return this; }
 };
 

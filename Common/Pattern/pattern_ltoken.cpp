@@ -195,6 +195,8 @@ LToken NextNormalToken(const std::string& parseString, std::size_t& ioCursor)
 void Tokenize(std::vector<LToken>& outTokens, const std::string& parseString)
 {
     outTokens.clear();
+    outTokens.reserve(parseString.size() / 2 +
+                      1);  // few tokens have one byte and no space after it
     std::size_t cursor = 0;
     LexerMode mode = kNormalMode;
     do {

@@ -18,6 +18,13 @@ Word ReadWord(const Character* bytes)
     return word;
 }
 
+constexpr std::uint64_t SwapBytes(std::uint64_t word)
+{
+    word = (word & 0x00FF00FF00FF00FF) << 8 | (word >> 8 & 0x00FF00FF00FF00FF);
+    word = (word & 0x0000FFFF0000FFFF) << 16 | (word >> 16 & 0x0000FFFF0000FFFF);
+    return word << 32 | word >> 32;
+}
+
 // Copies size bytes, from one word to two words of them: two words that may overlap.
 template <typename Word>
 void CopyEnds(char* target, const char* source, std::size_t size)
@@ -35,10 +42,8 @@ inline void AssignBytes(std::string& outText, const char* bytes, std::size_t siz
     // Common case: the same length as last time. Most texts are short; those are overwritten in
     // place without a call.
     char* const target = outText.data();
-    if (outText.size() != size) {
+    if (outText.size() != size || size > 16) {
         outText.assign(bytes, size);
-    } else if (size > 16) {
-        std::memcpy(target, bytes, size);
     } else if (size >= 8) {
         CopyEnds<std::uint64_t>(target, bytes, size);
     } else if (size >= 4) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "pattern_memory.h"
 #include "pattern_numbers.h"
 
 namespace NPattern {
@@ -70,6 +71,126 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
 // table is rounded once: to the double that atof returns.
 constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
 
+// A decimal number as it is scanned.
+struct DecimalRun {
+    const Byte* mEnd;  // just past the number; its start if there is none
+    bool mNegative;
+    std::ptrdiff_t mWholeDigits;
+    std::ptrdiff_t mFractionDigits;
+    std::uint64_t mWhole;  // the digits before the point as a number; if they are few enough
+    std::uint64_t mAll;    // all digits as a number; if they are few enough
+};
+
+// data: not end.
+template <bool kHasPoint>
+DecimalRun TakeDecimal(const Byte* data, const Byte* end, std::int32_t integerDigits,
+                       std::int32_t fractionDigits)
+{
+    const bool negative = *data == '-';
+    const Byte* const digits = negative || *data == '+' ? data + 1 : data;
+    const DigitRun whole = TakeDigits<10>(digits, end, integerDigits, 0);
+    DecimalRun run{whole.mEnd, negative, whole.mEnd - digits, 0, whole.mValue, whole.mValue};
+    if (kHasPoint && whole.mEnd != end && *whole.mEnd == '.') {
+        const Byte* const fraction = whole.mEnd + 1;
+        const DigitRun all = TakeDigits<10>(fraction, end, fractionDigits, whole.mValue);
+        run.mEnd = all.mEnd;
+        run.mFractionDigits = all.mEnd - fraction;
+        run.mAll = all.mValue;
+    }
+    return run;
+}
+
+struct NumberOperands {
+    const NumberElement* mElement;
+    std::int32_t mIntegerDigits;
+    std::int32_t mFractionDigits;
+    std::uint32_t mValue;
+};
+
+// Captures the number by the setter of Parameter. The steps below jump here for what is rare, so
+// that the common case calls nothing.
+const Byte* RunByText(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    const auto& operands = step->Get<NumberOperands>();
+    const Byte* const rest = operands.mElement->EndOfNumber(current, end);
+    values[operands.mValue].SetTextValue(current, static_cast<std::uint32_t>(rest - current),
+                                         operands.mElement->IsHex());
+    return RunNextStep(step, rest, end, values);
+}
+
+// Stores what Parameter::SetTextValue would, or returns false. data: the start of the number.
+template <ValueKind kValue>
+bool StoreDecimal(const Byte* data, const DecimalRun& run, Parameter& outParameter)
+{
+    if (kValue == kStringValue) {
+        AssignBytes(outParameter.mStringValue, reinterpret_cast<const char*>(data),
+                    static_cast<std::size_t>(run.mEnd - data));
+        return true;
+    }
+    if (kValue == kIntegerValue) {
+        if (run.mWholeDigits > kMostQuickDigits) return false;
+        outParameter.mIntValue = ClampedInteger(run.mWhole, run.mNegative);
+        return true;
+    }
+    const std::ptrdiff_t digits = run.mWholeDigits + run.mFractionDigits;
+    if (digits > kMostQuickDigits || run.mAll > kLargestExact) return false;
+    const double value = static_cast<double>(static_cast<std::int64_t>(run.mAll)) /
+                         kPowersOfTen[run.mFractionDigits];
+    // Without a digit there is no number, so no negative zero either.
+    outParameter.mFloatValue = run.mNegative && digits != 0 ? -value : value;
+    return true;
+}
+
+template <bool kSkipsSpace, bool kHasPoint, ValueKind kValue>
+const Byte* RunDecimal(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    const auto& operands = step->Get<NumberOperands>();
+    const DecimalRun run =
+        TakeDecimal<kHasPoint>(current, end, operands.mIntegerDigits, operands.mFractionDigits);
+    if (run.mEnd == current) return nullptr;
+    if constexpr (kValue != kNoValue) {
+        if (!StoreDecimal<kValue>(current, run, values[operands.mValue])) {
+            return RunByText(step, current, end, values);
+        }
+    }
+    return RunNextStep(step, run.mEnd, end, values);
+}
+
+template <bool kSkipsSpace, ValueKind kValue>
+const Byte* RunHex(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    const auto& operands = step->Get<NumberOperands>();
+    const DigitRun run = TakeDigits<16>(current, end, operands.mIntegerDigits, 0);
+    const std::ptrdiff_t digits = run.mEnd - current;
+    if (digits == 0) return nullptr;
+    if constexpr (kValue == kIntegerValue) {
+        if (digits > kMostQuickHexDigits) return RunByText(step, current, end, values);
+        values[operands.mValue].mIntValue = ClampedInteger(run.mValue, false);
+    } else if constexpr (kValue != kNoValue) {
+        return RunByText(step, current, end, values);
+    }
+    return RunNextStep(step, run.mEnd, end, values);
+}
+
+using StepFunctionPair = StepFunction[2];
+
+// Indexed by ValueKind.
+template <bool kHasPoint>
+constexpr StepFunctionPair kDecimalSteps[kValueKindCount] = {
+    {RunDecimal<false, kHasPoint, kNoValue>, RunDecimal<true, kHasPoint, kNoValue>},
+    {RunDecimal<false, kHasPoint, kStringValue>, RunDecimal<true, kHasPoint, kStringValue>},
+    {RunDecimal<false, kHasPoint, kFloatValue>, RunDecimal<true, kHasPoint, kFloatValue>},
+    {RunDecimal<false, kHasPoint, kIntegerValue>, RunDecimal<true, kHasPoint, kIntegerValue>},
+};
+constexpr StepFunctionPair kHexSteps[kValueKindCount] = {
+    {RunHex<false, kNoValue>, RunHex<true, kNoValue>},
+    {RunHex<false, kStringValue>, RunHex<true, kStringValue>},
+    {RunHex<false, kFloatValue>, RunHex<true, kFloatValue>},
+    {RunHex<false, kIntegerValue>, RunHex<true, kIntegerValue>},
+};
+
 }  // namespace
 
 KindWord FindKindWord(std::string_view word)
@@ -112,54 +233,27 @@ void NumberElement::Dump(std::FILE* stream) const
 
 const Byte* NumberElement::Match(const Byte* data, std::uint32_t length)
 {
-    const Byte* const end = data + length;
-    if (mHex) return MatchHex(data, end);
-    return mDecimalPoint ? MatchDecimal<true>(data, end) : MatchDecimal<false>(data, end);
+    if (length == 0) return nullptr;
+    const Byte* const rest = EndOfNumber(data, data + length);
+    return rest != data ? CaptureText(data, rest, mHex) : nullptr;
 }
 
-const Byte* NumberElement::MatchHex(const Byte* data, const Byte* end)
+const Byte* NumberElement::EndOfNumber(const Byte* data, const Byte* end) const
 {
-    const DigitRun run = TakeDigits<16>(data, end, mIntegerDigits, 0);
-    if (run.mEnd == data) return nullptr;
-    if (!mParameter.IsInteger() || run.mEnd - data > kMostQuickHexDigits) {
-        return CaptureText(data, run.mEnd, true);
-    }
-    mParameter.mIntValue = ClampedInteger(run.mValue, false);
-    return run.mEnd;
+    if (mHex) return TakeDigits<16>(data, end, mIntegerDigits, 0).mEnd;
+    return mDecimalPoint ? TakeDecimal<true>(data, end, mIntegerDigits, mFractionDigits).mEnd
+                         : TakeDecimal<false>(data, end, mIntegerDigits, 0).mEnd;
 }
 
-template <bool kDecimalPoint>
-const Byte* NumberElement::MatchDecimal(const Byte* data, const Byte* end)
+void NumberElement::Emit(Program& ioProgram)
 {
-    if (data == end) return nullptr;
-    const bool negative = *data == '-';
-    const Byte* const digits = negative || *data == '+' ? data + 1 : data;
-
-    const DigitRun whole = TakeDigits<10>(digits, end, mIntegerDigits, 0);
-    DigitRun all = whole;
-    std::ptrdiff_t fractionDigits = 0;
-    if (kDecimalPoint && whole.mEnd != end && *whole.mEnd == '.') {
-        const Byte* const fraction = whole.mEnd + 1;
-        all = TakeDigits<10>(fraction, end, mFractionDigits, whole.mValue);
-        fractionDigits = all.mEnd - fraction;
-    }
-    if (all.mEnd == data) return nullptr;
-
-    const std::ptrdiff_t wholeDigits = whole.mEnd - digits;
-    if (mParameter.IsInteger() && wholeDigits <= kMostQuickDigits) {
-        mParameter.mIntValue = ClampedInteger(whole.mValue, negative);
-        return all.mEnd;
-    }
-    const std::ptrdiff_t digitCount = wholeDigits + fractionDigits;
-    if (mParameter.mType == kTypeFloat && digitCount <= kMostQuickDigits &&
-        all.mValue <= kLargestExact) {
-        const double value = static_cast<double>(static_cast<std::int64_t>(all.mValue)) /
-                             kPowersOfTen[fractionDigits];
-        // Without any digit there is no number, and so no negative zero either.
-        mParameter.mFloatValue = negative && digitCount != 0 ? -value : value;
-        return all.mEnd;
-    }
-    return CaptureText(data, all.mEnd, false);
+    const ValueKind value = ValueKindOf(mParameter.mType);
+    NumberOperands operands{this, mIntegerDigits, mFractionDigits, 0};
+    if (value != kNoValue) operands.mValue = ioProgram.AddCapture(mParameter);
+    const auto& steps = mHex            ? kHexSteps
+                        : mDecimalPoint ? kDecimalSteps<true>
+                                        : kDecimalSteps<false>;
+    ioProgram.AddStep(steps[value], operands);
 }
 
 }  // namespace NPattern

@@ -39,6 +39,7 @@ class NumberElement final : public Element {
     void Dump(std::FILE* stream) const override;
     const Byte* Match(const Byte* data, std::uint32_t length) override;
     bool IsBinary() const override { return false; }
+    void Emit(Program& ioProgram) override;
     ElementPointer Pointer() const override { return this; }
 
     // The most digits before and after the point; 0: no limit.
@@ -47,11 +48,10 @@ class NumberElement final : public Element {
     bool HasPoint() const { return mDecimalPoint; }
     bool IsHex() const { return mHex; }
 
-  private:
-    const Byte* MatchHex(const Byte* data, const Byte* end);
-    template <bool kDecimalPoint>
-    const Byte* MatchDecimal(const Byte* data, const Byte* end);
+    // Returns the address just past the number at data, or data if there is none. data: not end.
+    const Byte* EndOfNumber(const Byte* data, const Byte* end) const;
 
+  private:
     std::int32_t mIntegerDigits = 0;
     std::int32_t mFractionDigits = 0;
     bool mDecimalPoint = false;  // a point may follow; never together with mHex

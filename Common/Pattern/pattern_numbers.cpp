@@ -110,14 +110,6 @@ std::optional<double> MagnitudeOf(std::string_view text, unsigned radix)
 
 }  // namespace
 
-std::int32_t ClampedInteger(std::uint64_t magnitude, bool negative)
-{
-    constexpr std::uint64_t kLargest = std::numeric_limits<std::int32_t>::max();
-    const auto clamped =
-        static_cast<std::int64_t>(std::min(magnitude, negative ? kLargest + 1 : kLargest));
-    return static_cast<std::int32_t>(negative ? -clamped : clamped);
-}
-
 std::int32_t IntegerOf(std::string_view text, unsigned radix)
 {
     constexpr std::uint64_t kSaturated = std::uint64_t{1} << 32;

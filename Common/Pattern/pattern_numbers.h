@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 namespace NPattern {
@@ -16,6 +18,12 @@ std::int32_t IntegerOf(std::string_view text, unsigned radix);
 double FloatOf(std::string_view text);
 
 // Returns the nearest 32-bit value of a number with this magnitude and sign.
-std::int32_t ClampedInteger(std::uint64_t magnitude, bool negative);
+inline std::int32_t ClampedInteger(std::uint64_t magnitude, bool negative)
+{
+    constexpr std::uint64_t kLargest = std::numeric_limits<std::int32_t>::max();
+    const auto clamped =
+        static_cast<std::int64_t>(std::min(magnitude, negative ? kLargest + 1 : kLargest));
+    return static_cast<std::int32_t>(negative ? -clamped : clamped);
+}
 
 }  // namespace NPattern

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "pattern_memory.h"
 #include "pattern_numbers.h"
 
 namespace NPattern {
@@ -54,7 +53,7 @@ void Parameter::SetTextValue(const Byte* text, std::uint32_t length, bool hex)
     const char* const characters = reinterpret_cast<const char*>(text);
     const std::size_t size = length != 0 ? length : std::strlen(characters);
     if (mType == kTypeString) {
-        AssignBytes(mStringValue, characters, size);
+        mStringValue.assign(characters, size);
     } else {
         StoreNumber({characters, size}, hex);
     }
@@ -64,9 +63,7 @@ void Parameter::SetBinaryValue(const Byte* data, std::uint32_t length)
 {
     const std::uint32_t significant = std::min(length, std::uint32_t{4});
     switch (mType) {
-        case kTypeString:
-            AssignBytes(mStringValue, reinterpret_cast<const char*>(data), length);
-            break;
+        case kTypeString: mStringValue.assign(reinterpret_cast<const char*>(data), length); break;
         case kTypeFloat: mFloatValue = LittleEndianFloat(data, length); break;
         case kTypeLInteger: mIntValue = LittleEndian(data, significant); break;
         case kTypeBInteger:

@@ -1,8 +1,6 @@
 #include "pattern_program.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 #include <utility>
 
 #include "pattern_element.h"
@@ -12,77 +10,184 @@ namespace NPattern {
 
 namespace {
 
-// The eight bytes from current on, with zeros after end. Reads within begin and end.
-std::uint64_t WordAt(const Byte* begin, const Byte* current, const Byte* end)
+// The longest text of one step.
+constexpr std::size_t kLongestText = sizeof(std::uint64_t);
+
+struct TextOperands {
+    std::uint64_t mText;  // with mFold set
+    std::uint64_t mFold;
+};
+
+// Returns a text of kSize bytes as one number, whatever the byte order.
+template <std::size_t kSize>
+std::uint64_t ReadText(const Byte* text)
 {
-    constexpr std::size_t kSize = sizeof(std::uint64_t);
-    const auto left = static_cast<std::size_t>(end - current);
-    if (left >= kSize) return ReadWord<std::uint64_t>(current);
-    if (static_cast<std::size_t>(end - begin) < kSize) {
-        Byte bytes[kSize] = {};
-        std::copy(current, end, bytes);
-        return ReadWord<std::uint64_t>(bytes);
+    if constexpr (kSize == 8) {
+        return ReadWord<std::uint64_t>(text);
+    } else if constexpr (kSize > 4) {
+        // Two words that overlap.
+        return std::uint64_t{ReadWord<std::uint32_t>(text)} << 32 |
+               ReadWord<std::uint32_t>(text + kSize - 4);
+    } else if constexpr (kSize == 4) {
+        return ReadWord<std::uint32_t>(text);
+    } else if constexpr (kSize > 1) {
+        return std::uint64_t{ReadWord<std::uint16_t>(text)} << 32 |
+               ReadWord<std::uint16_t>(text + kSize - 2);
+    } else {
+        return *text;
     }
-    const auto word = ReadWord<std::uint64_t>(end - kSize);
-    const std::size_t surplus = (kSize - left) * 8;
-    return std::endian::native == std::endian::little ? word >> surplus : word << surplus;
+}
+
+template <bool kSkipsSpace, std::size_t kSize>
+const Byte* RunText(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    if (kSize > 1 && static_cast<std::size_t>(end - current) < kSize) return nullptr;
+    const auto& operands = step->Get<TextOperands>();
+    if ((ReadText<kSize>(current) | operands.mFold) != operands.mText) return nullptr;
+    return RunNextStep(step, current + kSize, end, values);
+}
+
+template <std::size_t kSize>
+TextOperands MakeTextOperands(const Byte* text, const Byte* fold)
+{
+    const std::uint64_t folded = ReadText<kSize>(fold);
+    return {ReadText<kSize>(text) | folded, folded};
+}
+
+struct TextStep {
+    StepFunction mRun[2];
+    TextOperands (*mOperandsOf)(const Byte* text, const Byte* fold);
+};
+
+template <std::size_t... kIndexes>
+constexpr auto MakeTextSteps(std::index_sequence<kIndexes...> /*sizes*/)
+{
+    return std::array<TextStep, sizeof...(kIndexes)>{
+        {{{RunText<false, kIndexes + 1>, RunText<true, kIndexes + 1>},
+          MakeTextOperands<kIndexes + 1>}...}};
+}
+
+// Indexed by the size of the text less 1.
+constexpr auto kTextSteps = MakeTextSteps(std::make_index_sequence<kLongestText>());
+
+struct ElementOperands {
+    Element* mElement;
+    std::uint32_t mFirstValue;
+};
+
+// Out of line, so that the vector does not stand in the way of the tail call.
+const Byte* MatchElement(const ElementOperands& operands, const Byte* current, const Byte* end,
+                         Parameter* values)
+{
+    Element& element = *operands.mElement;
+    const Byte* const rest = element.Match(current, static_cast<std::uint32_t>(end - current));
+    if (rest == nullptr) return nullptr;
+    std::vector<Parameter> captures;
+    element.CollectParameters(captures);
+    std::move(captures.begin(), captures.end(), values + operands.mFirstValue);
+    return rest;
+}
+
+template <bool kSkipsSpace>
+const Byte* RunElement(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    current = MatchElement(step->Get<ElementOperands>(), current, end, values);
+    if (current == nullptr) return nullptr;
+    return RunNextStep(step, current, end, values);
+}
+
+const Byte* EndProgram(const Step* /*step*/, const Byte* current, const Byte* /*end*/,
+                       Parameter* /*values*/)
+{
+    return current;
 }
 
 }  // namespace
 
-TextWord::TextWord(std::string_view text, bool caseSensitive)
-    : mSize(static_cast<std::uint32_t>(text.size()))
+ValueKind ValueKindOf(ParameterType type)
 {
-    Byte bytes[kMostBytes] = {};
-    Byte fold[kMostBytes] = {};
-    Byte mask[kMostBytes] = {};
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto b = static_cast<Byte>(text[i]);
-        fold[i] = !caseSensitive && IsAlpha(b) ? kCaseBit : 0;
-        bytes[i] = b | fold[i];
-        mask[i] = 0xFF;
+    switch (type) {
+        case kTypeString: return kStringValue;
+        case kTypeFloat: return kFloatValue;
+        case kTypeLInteger:
+        case kTypeBInteger: return kIntegerValue;
+        case kTypeNone: break;
     }
-    mText = ReadWord<std::uint64_t>(bytes);
-    mFold = ReadWord<std::uint64_t>(fold);
-    mMask = ReadWord<std::uint64_t>(mask);
+    return kNoValue;
+}
+
+void Program::AddSpace()
+{
+    FlushText();
+    mSkipsSpace = true;
 }
 
 void Program::AddText(std::string_view text, bool caseSensitive)
 {
-    for (; !text.empty(); text.remove_prefix(std::min(text.size(), TextWord::kMostBytes))) {
-        AddStep(nullptr, TextWord(text.substr(0, TextWord::kMostBytes), caseSensitive));
+    for (const char c : text) {
+        const bool ignoresCase = !caseSensitive && IsAlpha(static_cast<Byte>(c));
+        mText.push_back(c);
+        mFold.push_back(ignoresCase ? static_cast<char>(kCaseBit) : '\0');
     }
 }
 
 void Program::AddElement(Element& element)
 {
-    AddStep(&element, TextWord());
+    std::vector<Parameter> captures;
+    element.CollectParameters(captures);
+    AddStep({RunElement<false>, RunElement<true>},
+            ElementOperands{&element, static_cast<std::uint32_t>(mCaptures.size())});
+    for (const Parameter& capture : captures) AddCapture(capture);
 }
 
-void Program::AddStep(Element* element, const TextWord& text)
+std::uint32_t Program::AddCapture(const Parameter& capture)
 {
-    mSteps.push_back({std::exchange(mSpacePending, false), element, text});
+    mCaptures.push_back(capture);
+    return static_cast<std::uint32_t>(mCaptures.size() - 1);
 }
 
-const Byte* Program::Run(const Byte* data, std::uint32_t length) const
+void Program::Finish()
+{
+    FlushText();
+    if (!mSteps.empty()) NewStep({EndProgram, EndProgram});
+}
+
+const Byte* Program::Run(const Byte* data, std::uint32_t length, Parameter* values) const
 {
     if (mSteps.empty()) return nullptr;
     const Byte* const end = data + length;
+#ifdef WORD_SIFTER_TAIL_CALLS
+    return mSteps.front().mRun(mSteps.data(), data, end, values);
+#else
     const Byte* current = data;
     for (const Step& step : mSteps) {
-        if (current == end) return nullptr;
-        while (step.mSkipsSpace && IsSpace(*current)) {
-            if (++current == end) return nullptr;
-        }
-        if (step.mElement == nullptr) {
-            if (!step.mText.IsIn(WordAt(data, current, end))) return nullptr;
-            current += step.mText.Size();
-        } else {
-            current = step.mElement->Match(current, static_cast<std::uint32_t>(end - current));
-            if (current == nullptr) return nullptr;
-        }
+        current = step.mRun(&step, current, end, values);
+        if (current == nullptr) return nullptr;
     }
     return current;
+#endif
+}
+
+Step& Program::NewStep(const StepFunction (&run)[2])
+{
+    FlushText();
+    Step& step = mSteps.emplace_back();
+    step.mRun = run[std::exchange(mSkipsSpace, false) ? 1 : 0];
+    return step;
+}
+
+void Program::FlushText()
+{
+    const std::string text = std::exchange(mText, {});
+    const std::string fold = std::exchange(mFold, {});
+    for (std::size_t start = 0; start < text.size(); start += kLongestText) {
+        const std::size_t size = std::min(text.size() - start, kLongestText);
+        const TextStep& step = kTextSteps[size - 1];
+        AddStep(step.mRun, step.mOperandsOf(reinterpret_cast<const Byte*>(text.data() + start),
+                                            reinterpret_cast<const Byte*>(fold.data() + start)));
+    }
 }
 
 }  // namespace NPattern

@@ -1,10 +1,13 @@
-// The compiled form that a match runs over.
+// The compiled form that a match runs over: one flat step after another, each with its operands.
 
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
+#include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "pattern_bytes.h"
@@ -13,60 +16,103 @@
 namespace NPattern {
 
 class Element;
+struct Step;
 
-// Up to eight bytes of a plain text, compared with a message in one operation. Bytes in the order
-// of memory.
-class TextWord {
-  public:
-    static constexpr std::size_t kMostBytes = sizeof(std::uint64_t);
+// Runs a step, and then the rest of the program. Matches from current on and writes what it
+// captures to values, the values of all captures of the program. Returns the address just past the
+// match, or null. May throw std::bad_alloc.
+using StepFunction = const Byte* (*)(const Step* step, const Byte* current, const Byte* end,
+                                     Parameter* values);
 
-    TextWord() = default;  // is in any word
-    // text: 1 to kMostBytes bytes. A NUL in it must be its only byte: after others it would be
-    // found in the zeros that follow a message.
-    TextWord(std::string_view text, bool caseSensitive);
+struct Step {
+    // Operands: the type that AddStep got.
+    template <typename Operands>
+    const Operands& Get() const
+    {
+        return *std::launder(reinterpret_cast<const Operands*>(mOperands));
+    }
 
-    // word: eight bytes of a message, with zeros after its end.
-    bool IsIn(std::uint64_t word) const { return (((word | mFold) ^ mText) & mMask) == 0; }
+    static constexpr std::size_t kOperandSize = 32;
 
-    std::uint32_t Size() const { return mSize; }
-
-  private:
-    std::uint64_t mText = 0;
-    std::uint64_t mFold = 0;  // kCaseBit in each letter whose case is ignored
-    std::uint64_t mMask = 0;  // all bits of the bytes in use
-    std::uint32_t mSize = 0;  // bytes in use
+    StepFunction mRun = nullptr;
+    alignas(std::uint64_t) std::byte mOperands[kOperandSize] = {};
 };
 
-// The steps of a parsing string in their order, and its captures. Plain texts and white space, most
-// of a parsing string, are steps of their own; any other element is called. Refers to elements and
-// owns none.
+// How a step function ends after its step has matched up to current. With tail calls it jumps to
+// the next step. Otherwise it returns, and Program::Run calls the next step, so that a long program
+// does not use more stack than a short one.
+inline const Byte* RunNextStep([[maybe_unused]] const Step* step, const Byte* current,
+                               [[maybe_unused]] const Byte* end, [[maybe_unused]] Parameter* values)
+{
+#ifdef WORD_SIFTER_TAIL_CALLS
+    return step[1].mRun(step + 1, current, end, values);
+#else
+    return current;
+#endif
+}
+
+// How a step function begins. Skips white space if kSkipsSpace is true. Returns false if the
+// message is used up, which ends every match.
+template <bool kSkipsSpace>
+bool BeginStep(const Byte*& ioCurrent, const Byte* end)
+{
+    if (ioCurrent == end) return false;
+    while (kSkipsSpace && IsSpace(*ioCurrent)) {
+        if (++ioCurrent == end) return false;
+    }
+    return true;
+}
+
+// What a step captures: the step functions are instantiated for each.
+enum ValueKind { kNoValue, kStringValue, kFloatValue, kIntegerValue, kValueKindCount };
+ValueKind ValueKindOf(ParameterType type);
+
+// The steps of a parsing string in their order, and its captures. Refers to elements and owns none.
 class Program {
   public:
-    // What an element emits. AddSpace lets the next step skip white space first.
-    void AddSpace() { mSpacePending = true; }
+    // Lets the next step skip white space first.
+    void AddSpace();
+
+    // A text of any length. Texts without white space between them become one.
     void AddText(std::string_view text, bool caseSensitive);
+
+    // run: indexed by whether the step is to skip white space. operands: trivial, at most
+    // Step::kOperandSize bytes.
+    template <typename Operands>
+    void AddStep(const StepFunction (&run)[2], const Operands& operands)
+    {
+        static_assert(std::is_trivially_copyable_v<Operands>);
+        static_assert(sizeof(Operands) <= Step::kOperandSize);
+        static_assert(alignof(Operands) <= alignof(std::uint64_t));
+        ::new (static_cast<void*>(NewStep(run).mOperands)) Operands(operands);
+    }
+
+    // A step that calls Element::Match and then copies the values that the element collects.
     void AddElement(Element& element);
-    void AddCapture(const Parameter& capture) { mCaptures.push_back(&capture); }
 
-    // Matches from data on and returns the address just past the match, or null. Without a step it
-    // returns null. Writes the captures of the elements. Throws std::bad_alloc.
-    const Byte* Run(const Byte* data, std::uint32_t length) const;
+    // Adds a capture with this name and type. Returns its position among the values.
+    std::uint32_t AddCapture(const Parameter& capture);
 
-    // Where the captured values are, in the order of the parsing string.
-    const std::vector<const Parameter*>& Captures() const { return mCaptures; }
+    // Call once, after all steps.
+    void Finish();
+
+    // Matches from data on and returns the address just past the match, or null: also without steps
+    // and for a length of 0. values: as many as Captures. After a failed match some of them are
+    // written and some are not. Throws std::bad_alloc.
+    const Byte* Run(const Byte* data, std::uint32_t length, Parameter* values) const;
+
+    // Names and types of the captures, in the order of the parsing string.
+    const std::vector<Parameter>& Captures() const { return mCaptures; }
 
   private:
-    struct Step {
-        bool mSkipsSpace;
-        Element* mElement;  // null: the step is a text
-        TextWord mText;
-    };
+    Step& NewStep(const StepFunction (&run)[2]);
+    void FlushText();
 
-    void AddStep(Element* element, const TextWord& text);
-
-    std::vector<Step> mSteps;
-    std::vector<const Parameter*> mCaptures;
-    bool mSpacePending = false;  // AddSpace was called after the last step
+    std::vector<Step> mSteps;  // after Finish the last one ends the program
+    std::vector<Parameter> mCaptures;
+    bool mSkipsSpace = false;  // the next step
+    std::string mText;         // not yet in a step
+    std::string mFold;         // kCaseBit for each letter of mText whose case is ignored
 };
 
 }  // namespace NPattern

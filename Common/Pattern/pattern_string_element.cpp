@@ -8,6 +8,25 @@ namespace {
 
 constexpr char kSourceFile[] = "pattern_string_element.cpp";
 
+struct StringOperands {
+    const StringElement* mElement;
+    std::uint32_t mValue;
+};
+
+template <bool kSkipsSpace, bool kCaptures>
+const Byte* RunString(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    const auto& operands = step->Get<StringOperands>();
+    const std::size_t size = operands.mElement->MatchText().size();
+    const auto left = static_cast<std::uint32_t>(end - current);
+    if (left < size || operands.mElement->Agreement(current, left) < size) return nullptr;
+    if (kCaptures) {
+        values[operands.mValue].SetTextValue(current, static_cast<std::uint32_t>(size), false);
+    }
+    return RunNextStep(step, current + size, end, values);
+}
+
 }  // namespace
 
 bool StringElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
@@ -56,14 +75,20 @@ std::size_t StringElement::Agreement(const Byte* data, std::uint32_t length) con
     return most;
 }
 
+// A text with a wildcard or a NUL needs the comparison of Agreement.
 void StringElement::Emit(Program& ioProgram)
 {
+    const bool captures = mParameter.mType != kTypeNone;
     const bool isPlain = std::none_of(mMatchText.begin(), mMatchText.end(),
                                       [](char c) { return c == '\0' || c == kWildcardByte; });
-    if (isPlain && mParameter.mType == kTypeNone) {
+    if (isPlain && !captures) {
         ioProgram.AddText(mMatchText, mCaseSensitive);
+    } else if (captures) {
+        ioProgram.AddStep({RunString<false, true>, RunString<true, true>},
+                          StringOperands{this, ioProgram.AddCapture(mParameter)});
     } else {
-        Element::Emit(ioProgram);
+        ioProgram.AddStep({RunString<false, false>, RunString<true, false>},
+                          StringOperands{this, 0});
     }
 }
 

@@ -20,7 +20,6 @@ class StringElement final : public Element {
     // in the text, which ends the comparison: the rest is taken without being compared.
     const Byte* Match(const Byte* data, std::uint32_t length) override;
     bool IsBinary() const override { return false; }
-    // A text that captures nothing and has neither a wildcard nor a NUL is a step of its own.
     void Emit(Program& ioProgram) override;
     ElementPointer Pointer() const override { return this; }
 

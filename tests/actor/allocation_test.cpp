@@ -278,7 +278,7 @@ TEST(Faults, OfMemoryWhileParametersAreCollected)
         "name_beyond_any_small_buffer:i=# another_one_beyond_any_small_buffer:i=#");
     const auto collects = [&other](NPattern::CapturedParameters& kept) {
         try {
-            other.CollectParameters(kept);
+            other.Match(nullptr, 0, kept);
             return true;
         } catch (const std::bad_alloc&) {
             return false;
@@ -286,7 +286,7 @@ TEST(Faults, OfMemoryWhileParametersAreCollected)
     };
     for (int n = 1; n <= 4; ++n) {  // one allocation for the entries, one for each name
         NPattern::CapturedParameters kept;
-        one.CollectParameters(kept);
+        one.Match(nullptr, 0, kept);
         sAllocations = 0;
         sFailing = n;
         sWithoutHost = true;
@@ -295,7 +295,7 @@ TEST(Faults, OfMemoryWhileParametersAreCollected)
         sFailing = 0;
         EXPECT_EQ(collected, n > 3);
         EXPECT_EQ(kept.Entries()[1].mName == "b", !collected);
-        one.CollectParameters(kept);
+        one.Match(nullptr, 0, kept);
         EXPECT_EQ(kept.Entries()[0].mName + kept.Entries()[1].mName, "ab");
     }
 }

@@ -39,13 +39,13 @@ int main()
     NPattern::CapturedParameters captured;  // kept from message to message
     for (const std::string_view message : {"T=23.5C H=41", "T=-3.25F H=87 ok", "T=20C"}) {
         const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.data());
-        const auto* const end = pattern.Match(data, static_cast<std::uint32_t>(message.size()));
+        const auto length = static_cast<std::uint32_t>(message.size());
+        const auto* const end = pattern.Match(data, length, captured);
         if (end == nullptr) {
             std::cout << message << ": no match\n";
             continue;
         }
-        std::cout << message << ": " << data + message.size() - end << " bytes left over\n";
-        pattern.CollectParameters(captured);
+        std::cout << message << ": " << data + length - end << " bytes left over\n";
         for (const NPattern::Parameter& capture : captured.Entries()) Print(capture);
     }
 }

@@ -184,8 +184,8 @@ TEST(Compile, TokensCarryWhatTheyAre)
               "5 { 123 0 0 15|3 0A 10 10 0 16|5 } 125 0 0 18|6  0 0 0 0|");
 }
 
-// Every string of a few tokens of the language, against a few messages: nothing may go wrong, and a
-// match must end inside its message. The sanitizers look on.
+// Every string of a few tokens of the language, against a few messages: the program and the
+// elements one by one agree, and a match ends inside its message. The sanitizers see the rest.
 TEST(Compile, SurvivesEveryShortString)
 {
     const std::string_view pieces[] = {
@@ -195,6 +195,8 @@ TEST(Compile, SurvivesEveryShortString)
                                     HeapMessage("A\0\n)"s)};
     std::size_t compiled = 0;
     std::size_t tried = 0;
+    std::vector<Parameter> captures;
+    std::vector<Parameter> collected;
     const auto attempt = [&](const std::string& parseString) {
         Pattern pattern;
         ++tried;
@@ -204,11 +206,17 @@ TEST(Compile, SurvivesEveryShortString)
             return;
         }
         ++compiled;
+        const ElementList elements = CompileElements(parseString);
         for (const HeapMessage& message : messages) {
             const Byte* const rest = pattern.Match(message.Data(), message.Length());
+            ASSERT_EQ(rest, MatchByElements(elements, message, captures)) << parseString;
             if (rest == nullptr) continue;
             ASSERT_GE(rest, message.Data());
             ASSERT_LE(rest, message.Data() + message.Length());
+            pattern.CollectParameters(collected);
+            ASSERT_TRUE(std::equal(collected.begin(), collected.end(), captures.begin(),
+                                   captures.end(), SameParameter))
+                << parseString;
         }
     };
     for (const auto first : pieces) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -53,7 +54,7 @@ inline std::string Show(const std::vector<NPattern::Parameter>& parameters, int 
     return text.str();
 }
 
-// The captures and, behind " | ", the bytes left; "no match" without one.
+// The captures and, after " | ", the bytes left; "no match" without a match.
 inline std::string MatchResult(NPattern::Pattern& pattern, std::string_view text, int digits = 17)
 {
     const HeapMessage message(text);
@@ -62,6 +63,43 @@ inline std::string MatchResult(NPattern::Pattern& pattern, std::string_view text
     std::vector<NPattern::Parameter> parameters;
     pattern.CollectParameters(parameters);
     return Show(parameters, digits) + " | " + message.From(rest);
+}
+
+// The obvious way to match, against which the program of a pattern is held: the elements one by
+// one, each from where the last one stopped. outCaptures: only after a match.
+inline const NPattern::Byte* MatchByElements(const NPattern::ElementList& elements,
+                                             const HeapMessage& message,
+                                             std::vector<NPattern::Parameter>& outCaptures)
+{
+    const NPattern::Byte* current = message.Data();
+    const NPattern::Byte* const end = current + message.Length();
+    for (const auto& element : elements) {
+        if (current == end) return nullptr;
+        current = element->Match(current, static_cast<std::uint32_t>(end - current));
+        if (current == nullptr) return nullptr;
+    }
+    outCaptures.clear();
+    for (const auto& element : elements) element->CollectParameters(outCaptures);
+    return elements.empty() ? nullptr : current;
+}
+
+// As MatchResult, of the elements one by one.
+inline std::string ElementsResult(const std::string& parseString, std::string_view text)
+{
+    const HeapMessage message(text);
+    std::vector<NPattern::Parameter> parameters;
+    const NPattern::Byte* const rest =
+        MatchByElements(NPattern::CompileElements(parseString), message, parameters);
+    return rest != nullptr ? Show(parameters) + " | " + message.From(rest) : "no match";
+}
+
+// Bit by bit, so that a negative zero is not a zero.
+inline bool SameParameter(const NPattern::Parameter& a, const NPattern::Parameter& b)
+{
+    return a.mName == b.mName && a.mType == b.mType && a.mIntValue == b.mIntValue &&
+           a.mStringValue == b.mStringValue &&
+           std::bit_cast<std::uint64_t>(a.mFloatValue) ==
+               std::bit_cast<std::uint64_t>(b.mFloatValue);
 }
 
 // What the elements dump, with the 16 rows of a set of bytes put as ranges: "{41-5A 61}".

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Common/Pattern/pattern_elements.h"
 #include "engine_support.h"
 
 using namespace NPattern;
@@ -20,6 +21,8 @@ void ExpectMatches(std::initializer_list<MatchRow> rows)
         Pattern pattern;
         ASSERT_NO_THROW(pattern.SetPatternString(row.mPattern)) << row.mPattern;
         EXPECT_EQ(MatchResult(pattern, row.mMessage), row.mResult)
+            << row.mPattern << " against " << row.mMessage;
+        EXPECT_EQ(ElementsResult(row.mPattern, row.mMessage), row.mResult)
             << row.mPattern << " against " << row.mMessage;
     }
 }
@@ -180,7 +183,7 @@ TEST(Match, FailureLeavesValuesAndClearingCollectsNothing)
     EXPECT_EQ(MatchResult(pattern, "\x06y"), "no match");
     std::vector<Parameter> parameters(5);
     pattern.CollectParameters(parameters);
-    EXPECT_EQ(Show(parameters), "a=6 n=\"x\"");  // the element that failed kept its value
+    EXPECT_EQ(Show(parameters), "a=6 n=\"x\"");  // the step that failed kept its value
     pattern.Clear();
     pattern.CollectParameters(parameters);
     EXPECT_TRUE(parameters.empty());
@@ -213,19 +216,123 @@ TEST(Match, KeptParametersFollowWhateverPatternFillsThem)
         for (const Row& row : rows) {
             Pattern& pattern = round == 0 ? one : other;
             pattern.SetPatternString(row.mParseString);
-            MatchResult(pattern, row.mMessage);
-            pattern.CollectParameters(kept);
+            const HeapMessage message(row.mMessage);
+            EXPECT_EQ(pattern.Match(message.Data(), message.Length(), kept) != nullptr,
+                      message.Length() != 0);
             EXPECT_EQ(Show(kept.Entries()), row.mKept) << row.mParseString;
-            pattern.Match(nullptr, 0);
-            pattern.CollectParameters(kept);
+            EXPECT_EQ(pattern.Match(nullptr, 0, kept), nullptr);
             EXPECT_EQ(Show(kept.Entries()), row.mKept) << row.mParseString;
         }
     }
     other.SetPatternString("n:i=#");
-    other.CollectParameters(kept);
+    other.Match(nullptr, 0, kept);
+    EXPECT_EQ(Show(kept.Entries()), "n=0");
     other.Clear();
-    other.CollectParameters(kept);
+    EXPECT_EQ(other.Match(nullptr, 0, kept), nullptr);
     EXPECT_TRUE(kept.Entries().empty());
+}
+
+// Records how deep the stack is when its turn comes.
+class StackProbe final : public Element {
+  public:
+    void Dump(std::FILE* /*stream*/) const override {}
+    const Byte* Match(const Byte* data, std::uint32_t /*length*/) override
+    {
+        const volatile char local = 0;
+        mDepth = reinterpret_cast<std::uintptr_t>(&local);
+        return data;
+    }
+    bool IsBinary() const override { return true; }
+    ElementPointer Pointer() const override { return static_cast<const EOLElement*>(nullptr); }
+
+    std::uintptr_t mDepth = 0;
+};
+
+// A thousand times each row of pieces, between two probes.
+TEST(Match, UsesNoMoreStackForALongPattern)
+{
+    struct Row {
+        const char* mPieces;
+        std::string mMessage;
+    };
+    for (const Row& row : {Row{"? 2 bytes n:i=2 bytes [^x] 'x' s:s=[^,] ','", "aABBccdx;,"},
+                           {"{{AA}} (0-7) (0-3, 64-71):L n:f=3 bytes",
+                            "\xAA\x05"
+                            "123456789abc"},
+                           {"'abcdefghijk' # n:i=2# m:f=.# s:s=3.2#", "abcdefghijk 1 2 3.4 5.67"},
+                           {"x n:i=2x m:f=x s:s=2x '?'", "F 1F F FF-"},
+                           {"letters n:s='a?' m:f=[0-9] 1 c", "b ax 5 +"},
+                           {"n:s=[[b]] m:s=eol eol", "b a\nb\n"}}) {
+        const ElementList elements = CompileElements(row.mPieces);
+        StackProbe first;
+        StackProbe last;
+        Program program;
+        std::string text = "first";
+        first.Emit(program);
+        program.AddText("first", true);
+        for (int i = 0; i < 1000; ++i) {
+            for (const auto& element : elements) element->Emit(program);
+            text += row.mMessage;
+        }
+        last.Emit(program);
+        program.Finish();
+        std::vector<Parameter> values = program.Captures();
+        const HeapMessage message(text + "last");
+        ASSERT_NE(program.Run(message.Data(), message.Length(), values.data()), nullptr)
+            << row.mPieces;
+        const auto [low, high] = std::minmax(first.mDepth, last.mDepth);
+        EXPECT_LT(high - low, 1000U) << row.mPieces;
+    }
+}
+
+TEST(Match, TakesAPatternOfAMebibyte)
+{
+    std::string pattern;
+    while (pattern.size() < 1 << 20) pattern += "# ";
+    std::string text;
+    for (std::size_t i = 0; i < pattern.size() / 2; ++i) text += "1 ";
+    Pattern compiled;
+    compiled.SetPatternString(pattern);
+    EXPECT_EQ(MatchResult(compiled, text), " |  ");
+}
+
+// An element without a step of its own.
+class PairElement final : public Element {
+  public:
+    PairElement()
+    {
+        mParameter.mName = "pair";
+        mParameter.mType = kTypeString;
+    }
+    void Dump(std::FILE* /*stream*/) const override {}
+    const Byte* Match(const Byte* data, std::uint32_t length) override
+    {
+        return length < 2 || data[0] != data[1] ? nullptr : CaptureText(data, data + 2, false);
+    }
+    bool IsBinary() const override { return false; }
+    ElementPointer Pointer() const override { return static_cast<const EOLElement*>(nullptr); }
+};
+
+TEST(Match, CallsAnElementWithoutAStep)
+{
+    PairElement pair;
+    const ElementList before = CompileElements("n:i=#");
+    Program program;
+    before[0]->Emit(program);
+    program.AddSpace();
+    pair.Emit(program);
+    program.AddText("end", true);
+    program.Finish();
+    std::vector<Parameter> values = program.Captures();
+    for (const auto& [text, result] : {std::pair{"7 aaend!", "n=7 pair=\"aa\" | !"},
+                                       {"8 abend", "no match"},
+                                       {"9 bb", "no match"},
+                                       {"9 bbenD", "no match"},
+                                       {"9  ", "no match"}}) {
+        const HeapMessage message{text};
+        const Byte* const rest = program.Run(message.Data(), message.Length(), values.data());
+        EXPECT_EQ(rest != nullptr ? Show(values) + " | " + message.From(rest) : "no match", result);
+    }
 }
 
 // Texts of one length are written over each other.
@@ -238,8 +345,7 @@ TEST(Match, CapturesTextsOfEachLength)
     for (std::size_t size = 1; size <= 26; ++size) {
         for (std::size_t start = 0; start < 3; ++start) {
             const HeapMessage message(letters.substr(start, size));
-            ASSERT_NE(pattern.Match(message.Data(), message.Length()), nullptr);
-            pattern.CollectParameters(kept);
+            ASSERT_NE(pattern.Match(message.Data(), message.Length(), kept), nullptr);
             EXPECT_EQ(kept.Entries()[0].mStringValue, letters.substr(start, size));
         }
     }
