@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "dynamic_outputs.h"
@@ -49,12 +50,32 @@ void PublishParameters(const HostCall& call, ParserData& record,
     if (watch.OutputsStand()) PublishTrigger(call);
 }
 
-std::unique_ptr<unsigned char[]> CopyOfText(const char* text, std::size_t length)
-{
-    std::unique_ptr<unsigned char[]> buffer(new (std::nothrow) unsigned char[length + 1]);
-    if (buffer != nullptr) std::memcpy(buffer.get(), text, length + 1);
-    return buffer;
-}
+// Lends the buffers of a record to one delivery. A delivery from inside another finds none and gets
+// its own, so neither disturbs the other.
+class LentBuffers {
+  public:
+    // watch: of a record that has not ended. It must outlive this.
+    explicit LentBuffers(const RecordWatch& watch)
+        : mWatch(watch), mBuffers(std::move(watch.Record()->mBuffers))
+    {
+        if (mBuffers == nullptr) mBuffers.reset(new (std::nothrow) DeliveryBuffers);
+    }
+    LentBuffers(const LentBuffers&) = delete;
+    LentBuffers& operator=(const LentBuffers&) = delete;
+    ~LentBuffers()
+    {
+        if (mWatch.Record() == nullptr || mBuffers == nullptr) return;
+        mBuffers->mText.Shrink();
+        mWatch.Record()->mBuffers = std::move(mBuffers);
+    }
+
+    // Null if there is no memory.
+    DeliveryBuffers* Get() const { return mBuffers.get(); }
+
+  private:
+    const RecordWatch& mWatch;
+    std::unique_ptr<DeliveryBuffers> mBuffers;
+};
 
 }  // namespace
 
@@ -71,23 +92,23 @@ void ParseInputText(const HostCall& call, const char* text)
 {
     const RecordWatch watch(call.Record());
     const std::size_t length = std::strlen(text);
-    const std::unique_ptr<unsigned char[]> buffer = CopyOfText(text, length);
+    const LentBuffers lent(watch);
+    DeliveryBuffers* const buffers = lent.Get();
+    const bool copied = buffers != nullptr && buffers->mText.Assign(text, length);
     // Without a buffer the delivery is dropped: the next one may find memory again.
-    if (!call.Check(buffer != nullptr, "buffer != NULL", __LINE__)) return;
+    if (!call.Check(copied, "buffer != NULL", __LINE__)) return;
     if (watch.Record() == nullptr) return;
 
-    // All of this lives in the call and not in the record, so that a delivery from inside
-    // SetOutputValue disturbs nothing here. The record is looked up anew for each message: that
-    // call may have replaced its pattern, or have disposed of the instance.
-    MessageCutter cutter(buffer.get(), length, watch.Record()->mEomChar);
-    NPattern::CapturedParameters params;
+    // SetOutputValue may have replaced the pattern of the record, or have disposed of the instance:
+    // the record is looked up anew for each message.
+    MessageCutter cutter(buffers->mText.Bytes(), length, watch.Record()->mEomChar);
     while (watch.Record() != nullptr) {
         const auto message = cutter.Next();
         if (!message) return;
         NPattern::Pattern& pattern = watch.Record()->mPattern;
         const auto messageLength = static_cast<std::uint32_t>(message->size());
-        if (pattern.Match(message->data(), messageLength, params) == nullptr) continue;
-        PublishParameters(call, *watch.Record(), params.Entries());
+        if (pattern.Match(message->data(), messageLength, buffers->mCaptured) == nullptr) continue;
+        PublishParameters(call, *watch.Record(), buffers->mCaptured.Entries());
     }
 }
 

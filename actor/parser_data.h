@@ -4,9 +4,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "Common/Pattern/pattern.h"
 #include "actor_info.h"
+#include "delivery_buffers.h"
 
 namespace NActor {
 
@@ -25,6 +27,8 @@ struct ParserData {
     std::uint32_t mRebuilds = 0;      // number of RebuildOutputs calls; a change ends OutputsStand
     bool mRebuilding = false;         // true during a pass of RebuildOutputs
     RecordWatch* mWatches = nullptr;  // head of the stack of live watches
+    // Of the last delivery; null before the first one and while one has them.
+    std::unique_ptr<DeliveryBuffers> mBuffers;
 };
 static_assert(alignof(ParserData) <= alignof(std::max_align_t),
               "as a block of the host is aligned");

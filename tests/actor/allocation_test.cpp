@@ -234,7 +234,8 @@ bool DoWithFault(const Work& work, Fault fault, int n)
         dialog.Validate();
         return true;
     };
-    instance.Deliver(kText);  // stays on the input
+    // Stays on the input. Only the first delivery allocates.
+    if (!work.mIsDelivery) instance.Deliver(kText);
     FaultyHost faulty(host, fault, n);
     work.mDo(host, instance);
     faulty.Mend();
@@ -298,6 +299,28 @@ TEST(Faults, OfMemoryWhileParametersAreCollected)
         one.Match(nullptr, 0, kept);
         EXPECT_EQ(kept.Entries()[0].mName + kept.Entries()[1].mName, "ab");
     }
+}
+
+TEST(Allocations, NoDeliveryAfterTheFirstNeedsAny)
+{
+    StandInHost host(GetActorInfo);
+    Instance& instance = host.CreateInstance();
+    instance.SetState(kState);
+    instance.SetEomChar('\n');
+    instance.Deliver(kText);
+    const auto allocationsOf = [&instance](const std::string& text) {
+        sAllocations = 0;
+        instance.Deliver(text);
+        return sAllocations;
+    };
+    for (const char* text : {kText, "T=-3 zyxwvutsrqponmlkjihgfedcba 00f line\n", "", "no\n"}) {
+        EXPECT_EQ(allocationsOf(text), 0) << text;
+    }
+    // The memory of a long text is not kept.
+    for (int round = 0; round < 2; ++round) EXPECT_EQ(allocationsOf(std::string(100000, 'x')), 1);
+    EXPECT_EQ(allocationsOf(kText), 1);
+    EXPECT_EQ(allocationsOf(kText), 0);
+    EXPECT_EQ(host.Close(), Texts());
 }
 
 TEST(Faults, OfEachOperationAtEveryCall)
