@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "actor/host_interface.h"
+#include "string_values.h"
 
 namespace NStandIn {
 
@@ -44,8 +45,8 @@ struct HostAccounts {
     std::map<void*, std::uint32_t> mBlocks;                 // sizes, by address
     std::multimap<std::uint32_t, SpareBlock> mSpareBlocks;  // released blocks to reuse, by size
     std::map<NActor::HostTextHandle*, TextHandle> mTextHandles;
-    std::map<std::uint64_t, std::string> mStringValues;  // by payload
-    NActor::IconRecord* mIcon = nullptr;                 // the actor's; null before the first use
+    StringValues mStringValues;
+    NActor::IconRecord* mIcon = nullptr;  // the actor's; null before the first use
 
     bool mLogging = false;
     std::vector<std::string> mLog;  // one line for each operation

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "actor/icon.h"
-#include "stand_in_host.h"
 
 namespace NStandIn {
 
@@ -101,11 +100,6 @@ void Blame(const std::string& fault)
     Accounts().mViolations.push_back(fault);
 }
 
-void Demand(bool held, const char* fault)
-{
-    if (!held) Blame(fault);
-}
-
 Instance* InstanceOf(const HostActor* actor, const char* operation)
 {
     Instance* const instance = Host().FindInstance(actor);
@@ -122,12 +116,7 @@ Instance* LivingInstanceOf(const HostActor* actor, const char* operation)
     return instance;
 }
 
-bool OperationScope::AskHook(Operation operation)
-{
-    return Host().mHook && Host().mHook(operation);
-}
-
-CallContext::CallContext() : mTable(MakeTable()), mContext(std::make_unique<HostContext>())
+ContextRecords::ContextRecords() : mTable(MakeTable()), mContext(std::make_unique<HostContext>())
 {
     FillWithGarbage(*mContext);
     mContext->mCallbacks = mTable.get();

@@ -11,16 +11,20 @@
 #include "actor/host_interface.h"
 #include "host_accounts.h"
 #include "operation.h"
+#include "stand_in_host.h"
 #include "turn.h"
 
 namespace NStandIn {
 
-class Instance;
-class StandInHost;
-
 // The one host, and its accounts. There must be one.
-StandInHost& Host();
-HostAccounts& Accounts();
+inline StandInHost& Host()
+{
+    return *StandInHost::sHost;
+}
+inline HostAccounts& Accounts()
+{
+    return Host().mAccounts;
+}
 
 // What records and buffers hold before the actor writes to them.
 inline constexpr unsigned char kGarbage = 0xA5;
@@ -34,7 +38,10 @@ void FillWithGarbage(T& record)
 // Records a violation.
 void Blame(const std::string& fault);
 // Records a violation unless held.
-void Demand(bool held, const char* fault);
+inline void Demand(bool held, const char* fault)
+{
+    if (!held) Blame(fault);
+}
 
 // Returns the instance that the actor named in a call of operation. Null, after a violation, if
 // there is none.
@@ -55,19 +62,21 @@ class OperationScope {
     template <typename... Details>
     explicit OperationScope(Operation operation, const Details&... details)
     {
-        if (Accounts().mLogging) {
-            std::ostringstream line;
-            line << kOperationNames[operation];
-            ((line << ' ' << details), ...);
-            Accounts().mLog.push_back(line.str());
-        }
-        mFails = AskHook(operation);
+        if (Accounts().mLogging) Log(operation, details...);
+        mFails = Host().mHook && Host().mHook(operation);
     }
 
     bool Fails() const { return mFails; }
 
   private:
-    static bool AskHook(Operation operation);
+    template <typename... Details>
+    static void Log(Operation operation, const Details&... details)
+    {
+        std::ostringstream line;
+        line << kOperationNames[operation];
+        ((line << ' ' << details), ...);
+        Accounts().mLog.push_back(line.str());
+    }
 
     Turn mTurn{Side::kHost};
     bool mFails = false;
@@ -77,17 +86,28 @@ class OperationScope {
 void AddPropertyOperations(NActor::HostCallbacks& ioTable);
 void AddTextOperations(NActor::HostCallbacks& ioTable);
 
-// The context of one call of the actor, which has the turn meanwhile. The context and its table are
-// gone when the call has returned.
-class CallContext {
+// A context for the actor, and the table of operations that it points to.
+class ContextRecords {
   public:
-    CallContext();
+    ContextRecords();
 
-    NActor::HostContext* Get() const { return mContext.get(); }
+    NActor::HostContext* Context() const { return mContext.get(); }
 
   private:
     std::unique_ptr<NActor::HostCallbacks> mTable;
     std::unique_ptr<NActor::HostContext> mContext;
+};
+
+// The context of one call of the actor, which has the turn meanwhile. The context and the table of
+// a hostile host are gone when the call has returned.
+class CallContext {
+  public:
+    CallContext() : mRecords(Host().RecordsForCall()) {}
+
+    NActor::HostContext* Get() const { return mRecords->Context(); }
+
+  private:
+    std::shared_ptr<const ContextRecords> mRecords;
     Turn mTurn{Side::kActor};  // last: it ends before the memory above is released
 };
 

@@ -98,11 +98,17 @@ void Instance::SetEomChar(std::uint8_t eomChar)
 void Instance::SetInputText(std::string_view text)
 {
     text = text.substr(0, text.find('\0'));
-    mTextString = std::make_unique<unsigned char[]>(offsetof(HostString, mText) + text.size() + 1);
-    std::copy(text.begin(), text.end(), mTextString.get() + offsetof(HostString, mText));
-    mTextValue = std::make_unique<HostValue>();
-    mTextValue->mTag = NActor::kValueString;
-    mTextValue->mPayload = std::bit_cast<std::uint64_t>(mTextString.get());
+    const std::size_t size = offsetof(HostString, mText) + text.size() + 1;
+    if (Host().Mode() == HostMode::kHostile || size > mTextRoom) {
+        mTextString = std::make_unique<unsigned char[]>(size);
+        mTextRoom = size;
+        mTextValue = std::make_unique<HostValue>();
+        mTextValue->mTag = NActor::kValueString;
+        mTextValue->mPayload = std::bit_cast<std::uint64_t>(mTextString.get());
+    }
+    unsigned char* const end =
+        std::copy(text.begin(), text.end(), mTextString.get() + offsetof(HostString, mText));
+    *end = '\0';
 }
 
 void Instance::Deliver(std::string_view text)

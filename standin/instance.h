@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -46,7 +47,7 @@ class Instance {
 
     void SetEomChar(std::uint8_t eomChar);
     // Makes text, up to its first NUL, the value of the text input, and notifies the actor. The
-    // memory of the previous value is released.
+    // memory of the previous value is released, or reused if the host is plain.
     void Deliver(std::string_view text);
     // Notifies the actor of a change of an input. value: may be null.
     void Notify(std::uint16_t input, const NActor::HostValue* value);
@@ -83,6 +84,7 @@ class Instance {
     std::vector<Property> mOutputs;
     std::unique_ptr<NActor::HostValue> mTextValue;  // of the text input
     std::unique_ptr<unsigned char[]> mTextString;   // the HostString in mTextValue, or null
+    std::size_t mTextRoom = 0;                      // bytes in mTextString
 };
 
 }  // namespace NStandIn

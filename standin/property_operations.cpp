@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "host_operations.h"
-#include "stand_in_host.h"
 
 namespace NStandIn {
 
@@ -29,17 +29,27 @@ std::string IdText(std::uint32_t id)
     return text;
 }
 
-// A copy that doesn't depend on the actor's string value.
+// Returns the text of a string value. Empty, after a violation unless the payload is null, if there
+// is none.
+std::string_view TextOf(const HostValue& bits)
+{
+    if (bits.mPayload == 0) return {};
+    const std::string* const text = Accounts().mStringValues.Find(bits.mPayload);
+    Demand(text != nullptr, "a string value that the host doesn't have");
+    return text != nullptr ? std::string_view(*text) : std::string_view();
+}
+
+// Stores a copy that doesn't depend on the actor's string value.
+void Store(const HostValue& bits, Value& outValue)
+{
+    outValue.mBits = bits;
+    if (bits.mTag == NActor::kValueString) outValue.mText = TextOf(bits);
+}
+
 Value Keep(const HostValue& bits)
 {
     Value value;
-    value.mBits = bits;
-    if (bits.mTag == NActor::kValueString && bits.mPayload != 0) {
-        const auto& strings = Accounts().mStringValues;
-        const auto found = strings.find(bits.mPayload);
-        Demand(found != strings.end(), "a string value that the host doesn't have");
-        if (found != strings.end()) value.mText = found->second;
-    }
+    Store(bits, value);
     return value;
 }
 
@@ -47,7 +57,7 @@ Value Keep(const HostValue& bits)
 Value TakeOver(const HostValue& bits)
 {
     Value value = Keep(bits);
-    if (bits.mTag == NActor::kValueString) Accounts().mStringValues.erase(bits.mPayload);
+    if (bits.mTag == NActor::kValueString) Accounts().mStringValues.Release(bits.mPayload);
     return value;
 }
 
@@ -61,7 +71,7 @@ struct Shown {
         switch (bits.mTag) {
             case NActor::kValueInteger: return stream << static_cast<std::int64_t>(bits.mPayload);
             case NActor::kValueFloat: return stream << std::bit_cast<double>(bits.mPayload);
-            case NActor::kValueString: return stream << '"' << Keep(bits).mText << '"';
+            case NActor::kValueString: return stream << '"' << TextOf(bits) << '"';
             default: return stream << "tag " << bits.mTag;
         }
     }
@@ -109,7 +119,7 @@ HostError SetOutputValue(HostActor* actor, std::uint16_t output, const HostValue
     const OperationScope scope(kSetOutputValue, output, Shown{*value});
     Property* const set = OutputOf(instance, output);
     if (scope.Fails() || set == nullptr) return kFailed;
-    set->mValue = Keep(*value);
+    Store(*value, set->mValue);
     if (Host().mOutputListener) Host().mOutputListener(*instance, output);
     return NActor::kQuendalNoError;
 }

@@ -7,26 +7,11 @@
 
 namespace NStandIn {
 
-namespace {
-
-StandInHost* sHost = nullptr;
-
-}  // namespace
-
-StandInHost& Host()
-{
-    return *sHost;
-}
-
-HostAccounts& Accounts()
-{
-    return sHost->mAccounts;
-}
-
-StandInHost::StandInHost(GetActorInfoFunction getActorInfo)
+StandInHost::StandInHost(GetActorInfoFunction getActorInfo, HostMode mode) : mMode(mode)
 {
     if (sHost != nullptr) std::abort();
     sHost = this;
+    if (mode == HostMode::kPlain) mSharedRecords = std::make_shared<ContextRecords>();
     FillWithGarbage(mActorTemplate);
     getActorInfo(nullptr, &mActorTemplate);
     const CallContext context;
@@ -57,6 +42,11 @@ Instance* StandInHost::FindInstance(const NActor::HostActor* actor) const
     return nullptr;
 }
 
+std::shared_ptr<const ContextRecords> StandInHost::RecordsForCall() const
+{
+    return mMode == HostMode::kPlain ? mSharedRecords : std::make_shared<ContextRecords>();
+}
+
 void StandInHost::StartLog()
 {
     mAccounts.mLogging = true;
@@ -75,7 +65,7 @@ std::vector<std::string> StandInHost::Close()
     };
     demandNone(mAccounts.mBlocks.size(), " blocks not given back");
     demandNone(mAccounts.mTextHandles.size(), " text handles not given back");
-    demandNone(mAccounts.mStringValues.size(), " string values not given back");
+    demandNone(mAccounts.mStringValues.Count(), " string values not given back");
     return mAccounts.mViolations;
 }
 

@@ -26,17 +26,28 @@ using GetActorInfoFunction = void (*)(void*, NActor::ActorInfo*);
 inline constexpr NActor::PropertyKind kPropertyActor = 0;  // a help text of the actor itself
 inline constexpr NActor::PropertyKind kPropertyInput = 1;
 
+// How the host treats the memory that it passes to the actor's callbacks.
+enum class HostMode {
+    // Each callback gets a context and a table that are gone when it returns, and each delivery a
+    // text of exactly its size. So the address sanitizer sees a use of old memory. For tests.
+    kHostile,
+    // One context, one table and one text are used for all callbacks. For speed.
+    kPlain
+};
+
+class ContextRecords;
+
 // Provides all twenty operations, and keeps accounts of what the actor does with them: properties,
-// blocks, text handles and their locks, string values, reports. It is a hostile host: each callback
-// gets a context and a table that are gone when it returns, records come filled with garbage,
-// blocks have exactly their size, and a text moves each time it is locked.
+// blocks, text handles and their locks, string values, reports. In both modes records come filled
+// with garbage, blocks have exactly their size, and a text handle's bytes move each time they are
+// locked.
 //
 // The operations get no reference to their host, so there is one host at a time, used from one
 // thread. A second one aborts the program.
 class StandInHost {
   public:
     // Calls getActorInfo once, and reads the actor's definition string.
-    explicit StandInHost(GetActorInfoFunction getActorInfo);
+    explicit StandInHost(GetActorInfoFunction getActorInfo, HostMode mode = HostMode::kHostile);
     StandInHost(const StandInHost&) = delete;
     StandInHost& operator=(const StandInHost&) = delete;
     // Closes the host.
@@ -88,14 +99,23 @@ class StandInHost {
     // Returns true while the host's code runs: inside an operation, and outside all callbacks.
     static bool IsInsideOperation();
 
+    HostMode Mode() const { return mMode; }
+
     // For the operations. Returns null if actor isn't an instance of this host.
     Instance* FindInstance(const NActor::HostActor* actor) const;
+    // For a callback: the records to pass, which it must keep until it has returned.
+    std::shared_ptr<const ContextRecords> RecordsForCall() const;
 
   private:
+    friend StandInHost& Host();
     friend HostAccounts& Accounts();
 
-    NActor::ActorInfo mActorTemplate;  // as GetActorInfo has filled it
-    std::vector<Property> mInputs;     // the fixed properties
+    static inline StandInHost* sHost = nullptr;  // the one that exists
+
+    HostMode mMode;
+    std::shared_ptr<const ContextRecords> mSharedRecords;  // null in a hostile host
+    NActor::ActorInfo mActorTemplate;                      // as GetActorInfo has filled it
+    std::vector<Property> mInputs;                         // the fixed properties
     std::vector<Property> mOutputs;
     std::vector<std::unique_ptr<Instance>> mInstances;
     HostAccounts mAccounts;

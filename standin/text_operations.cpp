@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "host_operations.h"
-#include "stand_in_host.h"
 
 namespace NStandIn {
 
@@ -75,9 +74,7 @@ void MakeStringValue(const char* text, HostValue* ioValue)
     const OperationScope scope(kMakeStringValue, text);
     Demand(ioValue->mTag == NActor::kValueString, "MakeStringValue: the tag isn't set");
     if (scope.Fails()) return;
-    static std::uint64_t sNextPayload = 0x1000;  // not a pointer: the actor must not follow it
-    ioValue->mPayload = sNextPayload += 16;
-    Accounts().mStringValues.emplace(ioValue->mPayload, text);
+    ioValue->mPayload = Accounts().mStringValues.Make(text);
 }
 
 // The payload stays, so that a second use by the actor is seen.
@@ -85,7 +82,7 @@ void ReleaseStringValue(HostValue* ioValue)
 {
     const OperationScope scope(kReleaseStringValue);
     Demand(ioValue->mTag == NActor::kValueString, "ReleaseStringValue: not a string value");
-    Demand(ioValue->mPayload == 0 || Accounts().mStringValues.erase(ioValue->mPayload) == 1,
+    Demand(ioValue->mPayload == 0 || Accounts().mStringValues.Release(ioValue->mPayload),
            "ReleaseStringValue: never made, or released before");
 }
 

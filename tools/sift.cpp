@@ -71,7 +71,7 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
 int Run(const Options& options)
 {
     const NSystem::PluginModule plugin(options.mPlugin);
-    NStandIn::StandInHost host(plugin.GetActorInfo());
+    NStandIn::StandInHost host(plugin.GetActorInfo(), NStandIn::HostMode::kPlain);
     NStandIn::Instance& instance = host.CreateInstance();
 
     instance.SetState(options.mPattern);
