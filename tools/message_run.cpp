@@ -21,10 +21,9 @@ MessageRun::MessageRun(const Options& options, NStandIn::StandInHost& host,
       mInstance(instance),
       mPieces(pieces),
       mPrinter(printer),
-      mSource(
-          options.mEomChar, options.mInputForm,
-          [this](const InputMessage& message) { TakeMessage(message); },
-          [this](const std::string& error) { Complain(error); })
+      mSource(options.mEomChar, options.mInputForm,
+              {[this](const InputMessage& message) { TakeMessage(message); },
+               [this](const std::string& error) { Complain(error); }, [] { std::cout.flush(); }})
 {
     mInstance.SetEomChar(options.mEomChar);
     mHost.mOutputListener = [this](NStandIn::Instance& source, std::uint16_t output) {
@@ -59,8 +58,6 @@ void MessageRun::TakeMessage(const InputMessage& message)
     mInstance.Deliver(message.mDelivery);
     if (mTriggered) ++mCounts.mMatched;
     PrintResult(message, mTriggered);
-    // The sender may wait for the answer.
-    if (mSource.IsLive()) std::cout.flush();
 }
 
 void MessageRun::PrintResult(const InputMessage& message, bool matched)

@@ -1,11 +1,11 @@
 #include "tools/input/message_source.h"
 
-#include <cerrno>
 #include <system_error>
 #include <utility>
 
 #include "Common/Explain/byte_text.h"
 #include "Common/Pattern/pattern_bytes.h"
+#include "tools/input/piece_cutter.h"
 #include "tools/input/progress.h"
 #include "tools/system/input_file.h"
 
@@ -17,6 +17,8 @@ namespace {
 // same place loses nothing more.
 constexpr std::size_t kLongestDelivery = 2048 + 1;
 
+constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+
 bool IsBlank(char c)
 {
     return NPattern::IsSpace(static_cast<NPattern::Byte>(c));
@@ -24,10 +26,8 @@ bool IsBlank(char c)
 
 }  // namespace
 
-MessageSource::MessageSource(std::uint8_t eomChar, InputForm form,
-                             std::function<void(const InputMessage&)> deliver,
-                             std::function<void(const std::string&)> complain)
-    : mEomChar(eomChar), mForm(form), mDeliver(std::move(deliver)), mComplain(std::move(complain))
+MessageSource::MessageSource(std::uint8_t eomChar, InputForm form, Listeners listeners)
+    : mEomChar(eomChar), mForm(form), mListeners(std::move(listeners)), mBlock(kBlockSize)
 {
 }
 
@@ -35,91 +35,64 @@ void MessageSource::ReadFile(const std::string& path)
 {
     const NSystem::InputFile file = NSystem::OpenInputFile(path);
     const auto size = NSystem::RegularFileSize(file.get());
-    mIsLive = !size;
     Progress progress(path, size);
-    if (mForm == InputForm::kRaw) {
-        ReadRaw(file.get(), progress);
-    } else {
-        ReadHexLines(file.get(), path, progress);
-    }
-    if (std::ferror(file.get()) != 0) throw std::system_error(errno, std::generic_category(), path);
-}
-
-// getc returns what a live source has sent without waiting for a full buffer.
-void MessageSource::ReadRaw(std::FILE* file, Progress& progress)
-{
-    for (int byte = std::getc(file); byte != EOF; byte = std::getc(file)) {
-        progress.Advance();
-        if (byte == mEomChar) {
-            EndMessage();
+    const bool isRaw = mForm == InputForm::kRaw;
+    PieceCutter cutter = isRaw ? PieceCutter(static_cast<char>(mEomChar), kLongestDelivery)
+                               : PieceCutter('\n', std::string::npos);
+    std::size_t line = 0;
+    const auto take = [&](std::string_view piece) {
+        if (isRaw) {
+            Deliver(piece);
         } else {
-            Add(byte);
+            TakeHexLine(piece, path, ++line);
         }
+    };
+    std::error_code error;
+    while (const std::size_t read = NSystem::ReadSome(file.get(), mBlock, error)) {
+        progress.Advance(read);
+        cutter.Cut({mBlock.data(), read}, take);
+        if (!size) mListeners.mBeforeWait();
     }
-    if (!mBuffer.empty()) EndMessage();
+    cutter.Finish(take);
+    if (error) throw std::system_error(error, path);
 }
 
-void MessageSource::ReadHexLines(std::FILE* file, const std::string& path, Progress& progress)
+void MessageSource::TakeHexLine(std::string_view line, const std::string& path, std::size_t number)
 {
-    std::string line;
-    std::size_t number = 1;
-    for (int byte = std::getc(file); byte != EOF; byte = std::getc(file)) {
-        progress.Advance();
-        if (byte != '\n') {
-            line.push_back(static_cast<char>(byte));
-            continue;
-        }
-        TakeHexLine(line, path + " line " + std::to_string(number++));
-        line.clear();
-    }
-    TakeHexLine(line, path + " line " + std::to_string(number));
-}
-
-void MessageSource::TakeHexLine(const std::string& line, const std::string& place)
-{
-    std::string bytes;
+    const auto complain = [&](const std::string& fault) {
+        mListeners.mComplain(path + " line " + std::to_string(number) + ": " + fault);
+    };
+    mBytes.clear();
     unsigned high = 16;  // the first digit of a byte; 16 if there is none
     for (const char c : line) {
         if (IsBlank(c) || c == ',') continue;
         const unsigned digit = NPattern::HexDigitValue(static_cast<NPattern::Byte>(c));
-        if (digit > 15)
-            return mComplain(place + ": " + NExplain::Quoted({&c, 1}) +
-                             " isn't a hexadecimal digit");
+        if (digit > 15) return complain(NExplain::Quoted({&c, 1}) + " isn't a hexadecimal digit");
         if (high > 15) {
             high = digit;
         } else {
-            bytes.push_back(static_cast<char>(high * 16 + digit));
+            mBytes.push_back(static_cast<char>(high * 16 + digit));
             high = 16;
         }
     }
-    if (high <= 15) return mComplain(place + ": an odd number of hexadecimal digits");
-    for (const char byte : bytes) Add(static_cast<unsigned char>(byte));
-    if (!mBuffer.empty()) EndMessage();
-}
-
-void MessageSource::Add(int byte)
-{
-    mBuffer.push_back(static_cast<char>(byte));
-    if (mBuffer.size() == kLongestDelivery) Deliver();
-}
-
-void MessageSource::EndMessage()
-{
-    mBuffer.push_back(static_cast<char>(mEomChar));
-    Deliver();
+    if (high <= 15) return complain("an odd number of hexadecimal digits");
+    if (mBytes.size() % kLongestDelivery != 0) mBytes.push_back(static_cast<char>(mEomChar));
+    for (std::string_view rest = mBytes; !rest.empty();) {
+        const std::string_view delivery = rest.substr(0, kLongestDelivery);
+        Deliver(delivery);
+        rest.remove_prefix(delivery.size());
+    }
 }
 
 // The last byte of the delivery ends the message, or is the one that the actor drops.
-void MessageSource::Deliver()
+void MessageSource::Deliver(std::string_view delivery)
 {
-    const std::string_view delivery = mBuffer;
     const std::string_view text = delivery.substr(0, delivery.size() - 1);
     const std::size_t nul = text.find('\0');
     const bool isCut = nul != std::string_view::npos;
     mHasLostText = mHasLostText || isCut;
     const bool isLost = isCut && mEomChar != 0;
-    mDeliver({delivery, isLost ? text : text.substr(0, nul), isLost, isCut && !isLost});
-    mBuffer.clear();
+    mListeners.mDeliver({delivery, isLost ? text : text.substr(0, nul), isLost, isCut && !isLost});
 }
 
 }  // namespace NSift

@@ -2,13 +2,12 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "tools/input/progress.h"
+#include <vector>
 
 namespace NSift {
 
@@ -24,41 +23,40 @@ struct InputMessage {
 
 // Reads files and passes on each message as soon as it is complete: at the end-of-message
 // character, at the greatest length of a message, and at the end of the file. In hexadecimal input
-// each line that isn't blank is a message.
+// each line that isn't blank is a message. Needs the same memory for a file of any size.
 class MessageSource {
   public:
+    struct Listeners {
+        std::function<void(const InputMessage&)> mDeliver;  // called with each message
+        // Called with an error message for each line that can't be read.
+        std::function<void(const std::string&)> mComplain;
+        // Called before waiting for more of a file that isn't a regular one: its sender may itself
+        // be waiting for the answers to the messages so far.
+        std::function<void()> mBeforeWait;
+    };
+
     // eomChar: the end-of-message character; must be 0 for hexadecimal input, where the end of the
-    // host's text ends the message. deliver: called with each message. complain: called with an
-    // error message for each line that can't be read.
-    MessageSource(std::uint8_t eomChar, InputForm form,
-                  std::function<void(const InputMessage&)> deliver,
-                  std::function<void(const std::string&)> complain);
+    // host's text ends the message. listeners: none may be empty.
+    MessageSource(std::uint8_t eomChar, InputForm form, Listeners listeners);
 
     // Reads a file to its end. path: "-" is standard input. Throws std::system_error if it can't be
-    // opened or read.
+    // opened or read; what could be read is passed on before.
     void ReadFile(const std::string& path);
-
-    // Returns true if the current file isn't a regular file, so that a sender may wait for answers.
-    bool IsLive() const { return mIsLive; }
 
     // Returns true if all or part of any message was lost because of a NUL byte, at which the
     // host's text ends.
     bool HasLostText() const { return mHasLostText; }
 
   private:
-    void ReadRaw(std::FILE* file, Progress& progress);
-    void ReadHexLines(std::FILE* file, const std::string& path, Progress& progress);
-    void TakeHexLine(const std::string& line, const std::string& place);
-    void Add(int byte);
-    void EndMessage();
-    void Deliver();
+    // line: with or without its line feed.
+    void TakeHexLine(std::string_view line, const std::string& path, std::size_t number);
+    void Deliver(std::string_view delivery);
 
     std::uint8_t mEomChar;
     InputForm mForm;
-    std::function<void(const InputMessage&)> mDeliver;
-    std::function<void(const std::string&)> mComplain;
-    std::string mBuffer;  // the next delivery, as far as it has been read
-    bool mIsLive = false;
+    Listeners mListeners;
+    std::vector<char> mBlock;  // what was read last
+    std::string mBytes;        // of a hexadecimal line
     bool mHasLostText = false;
 };
 

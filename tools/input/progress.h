@@ -2,9 +2,11 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace NSift {
 
@@ -18,10 +20,12 @@ class Progress {
     Progress& operator=(const Progress&) = delete;
     ~Progress();
 
-    // To be called for each byte that was read.
-    void Advance()
+    // To be called after each read. read: the number of bytes.
+    void Advance(std::size_t read)
     {
-        if (mStep != 0 && ++mRead % mStep == 0) Show();
+        if (mStep == 0) return;
+        const std::uint64_t before = std::exchange(mRead, mRead + read);
+        if (mRead / mStep != before / mStep) Show();
     }
 
   private:
