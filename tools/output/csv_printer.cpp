@@ -6,12 +6,15 @@ namespace NSift {
 namespace {
 
 // Quotes a text that contains a separator or a quote, and doubles each quote in it.
-std::string Field(const std::string& text)
+void AppendField(std::string_view text, std::string& ioLine)
 {
-    if (text.find_first_of("\",\r\n") == std::string::npos) return text;
-    std::string field = "\"";
-    for (const char c : text) field += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return field + '"';
+    if (text.find_first_of("\",\r\n") == text.npos) {
+        ioLine += text;
+        return;
+    }
+    ioLine += '"';
+    for (const char c : text) ioLine.append(c == '"' ? 2 : 1, c);
+    ioLine += '"';
 }
 
 class CsvPrinter final : public ResultPrinter {
@@ -22,10 +25,11 @@ class CsvPrinter final : public ResultPrinter {
     {
         std::vector<std::string> names = UniqueNames(outputs);
         if (names.empty()) names.push_back(outputs[0].mName);
-        for (std::size_t i = 0; i < names.size(); ++i) {
-            mStream << (i > 0 ? "," : "") << Field(names[i]);
+        for (const std::string& name : names) {
+            AppendField(name, mLine);
+            mLine += ',';
         }
-        mStream << '\n';
+        PrintLine();
     }
 
     void PrintMatch(std::size_t /*number*/, std::string_view /*message*/, const Outputs& outputs,
@@ -35,13 +39,27 @@ class CsvPrinter final : public ResultPrinter {
         for (std::size_t i = first; i < outputs.size(); ++i) {
             const NStandIn::Value& value = outputs[i].mValue;
             const bool isString = value.mBits.mTag == NActor::kValueString;
-            mStream << (i > first ? "," : "") << (isString ? Field(value.mText) : TextOf(value));
+            if (isString) {
+                AppendField(value.mText, mLine);
+            } else {
+                AppendText(value, mLine);
+            }
+            mLine += ',';
         }
-        mStream << '\n';
+        PrintLine();
     }
 
   private:
+    // Each field of the line is followed by a comma.
+    void PrintLine()
+    {
+        mLine.back() = '\n';
+        mStream.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
+        mLine.clear();
+    }
+
     std::ostream& mStream;
+    std::string mLine;  // reused, so that lines cost no allocation
 };
 
 }  // namespace

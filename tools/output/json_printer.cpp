@@ -1,4 +1,5 @@
 #include <cmath>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "Common/Explain/byte_text.h"
@@ -19,12 +20,60 @@ Json TextJson(std::string_view text)
     return Json{{"hex", HexOf(text)}};
 }
 
-// JSON has no number for an infinite float.
-Json ValueJson(const NStandIn::Value& value)
+// The rest of this file leaves to the library whatever isn't ordinary. What is ordinary is written
+// as the library writes it.
+
+void AppendString(const std::string& text, std::string& ioLine)
 {
-    if (value.mBits.mTag == NActor::kValueString) return TextJson(value.mText);
-    if (value.mBits.mTag == NActor::kValueInteger) return Json(value.Integer());
-    return std::isfinite(value.Float()) ? Json(value.Float()) : Json(TextOf(value));
+    if (!IsPlain(text)) {
+        ioLine += TextJson(text).dump();
+        return;
+    }
+    ioLine += '"';
+    ioLine += text;
+    ioLine += '"';
+}
+
+// JSON has no number for an infinite float.
+void AppendFloat(const NStandIn::Value& value, std::string& ioLine)
+{
+    if (!std::isfinite(value.Float())) {
+        ioLine += '"';
+        AppendText(value, ioLine);
+        ioLine += '"';
+    } else if (!AppendShortFloat(value.Float(), 1, ioLine)) {
+        ioLine += Json(value.Float()).dump();
+    }
+}
+
+void AppendValue(const NStandIn::Value& value, std::string& ioLine)
+{
+    switch (value.mBits.mTag) {
+        case NActor::kValueString: return AppendString(value.mText, ioLine);
+        case NActor::kValueInteger: return AppendInteger(value.Integer(), ioLine);
+        default: return AppendFloat(value, ioLine);
+    }
+}
+
+// A member of the object of values.
+struct Member {
+    std::string mKey;     // with the colon after it, and the comma before it unless it is the first
+    std::size_t mOutput;  // index
+};
+
+// Of outputs with the same name, the first determines the position and the last the value. Only
+// outputs with numbers too great for an id of their own have the same name.
+std::vector<Member> MembersFor(const Outputs& outputs)
+{
+    std::vector<Member> members;
+    std::map<std::string, std::size_t> positions;  // in members
+    std::size_t output = 1;
+    for (const std::string& name : UniqueNames(outputs)) {
+        const auto [found, isNew] = positions.emplace(name, members.size());
+        if (isNew) members.push_back({(members.empty() ? "" : ",") + Json(name).dump() + ':', 0});
+        members[found->second].mOutput = output++;
+    }
+    return members;
 }
 
 Json StepsJson(const NExplain::Trace& trace)
@@ -46,7 +95,7 @@ class JsonPrinter final : public ResultPrinter {
     {
     }
 
-    void PrintStart(const Outputs& outputs) override { mNames = UniqueNames(outputs); }
+    void PrintStart(const Outputs& outputs) override { mMembers = MembersFor(outputs); }
 
     void PrintOutputs(const Outputs& outputs) override
     {
@@ -61,16 +110,20 @@ class JsonPrinter final : public ResultPrinter {
     void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
                     const NExplain::Trace* trace) override
     {
-        Json values = Json::object();
-        for (std::size_t i = 0; i < mNames.size(); ++i) {
-            values[mNames[i]] = ValueJson(outputs[i + 1].mValue);
+        mLine = R"({"type":"match","message":)";
+        AppendInteger(static_cast<std::int64_t>(number), mLine);
+        mLine += R"(,"values":{)";
+        for (const Member& member : mMembers) {
+            mLine += member.mKey;
+            AppendValue(outputs[member.mOutput].mValue, mLine);
         }
-        Json line = {{"type", "match"}, {"message", number}, {"values", std::move(values)}};
+        mLine += '}';
         if (trace != nullptr) {
-            line["text"] = TextJson(message);
-            line["steps"] = StepsJson(*trace);
+            mLine += R"(,"text":)" + TextJson(message).dump();
+            mLine += R"(,"steps":)" + StepsJson(*trace).dump();
         }
-        Print(line);
+        mLine += "}\n";
+        mStream.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
     }
 
     void PrintMiss(std::size_t number, std::string_view message, const NExplain::Trace& trace,
@@ -125,7 +178,8 @@ class JsonPrinter final : public ResultPrinter {
 
     std::ostream& mStream;
     const NExplain::Pieces& mPieces;
-    std::vector<std::string> mNames;
+    std::vector<Member> mMembers;  // of the values of each match
+    std::string mLine;             // reused, so that lines cost no allocation
 };
 
 }  // namespace

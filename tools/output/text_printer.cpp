@@ -11,18 +11,6 @@ using NExplain::Escaped;
 
 namespace {
 
-// name=value pairs in the order of the outputs; the trigger if there are no captures.
-std::string ValuesOf(const Outputs& outputs, const Palette& palette)
-{
-    const std::size_t first = outputs.size() > 1 ? 1 : 0;
-    std::string line;
-    for (std::size_t i = first; i < outputs.size(); ++i) {
-        if (i > first) line += ' ';
-        line += palette.Paint(Role::kName, outputs[i].mName) + '=' + TextOf(outputs[i].mValue);
-    }
-    return line;
-}
-
 std::string Padded(const std::string& text, std::size_t columns)
 {
     const std::size_t width = ColumnsOf(text);
@@ -35,6 +23,14 @@ class TextPrinter final : public ResultPrinter {
                 const Palette& palette)
         : mStream(stream), mPieces(pieces), mView(view), mPalette(palette)
     {
+    }
+
+    void PrintStart(const Outputs& outputs) override
+    {
+        mFirst = outputs.size() > 1 ? 1 : 0;
+        for (std::size_t i = mFirst; i < outputs.size(); ++i) {
+            mLabels.push_back(mPalette.Paint(Role::kName, outputs[i].mName) + '=');
+        }
     }
 
     void PrintOutputs(const Outputs& outputs) override
@@ -56,11 +52,9 @@ class TextPrinter final : public ResultPrinter {
     void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
                     const NExplain::Trace* trace) override
     {
-        if (trace == nullptr) {
-            mStream << ValuesOf(outputs, mPalette) << '\n';
-            return;
-        }
-        mStream << "message " << number << " matched: " << ValuesOf(outputs, mPalette) << '\n';
+        if (trace != nullptr) mStream << "message " << number << " matched: ";
+        PrintValues(outputs);
+        if (trace == nullptr) return;
         PrintMessage(mStream, message, *trace, mView, mPalette);
         PrintTakes(message, outputs, *trace);
     }
@@ -84,6 +78,19 @@ class TextPrinter final : public ResultPrinter {
     }
 
   private:
+    // name=value pairs in the order of the outputs; the trigger if there are no captures.
+    void PrintValues(const Outputs& outputs)
+    {
+        mLine.clear();
+        for (std::size_t i = 0; i < mLabels.size(); ++i) {
+            if (i > 0) mLine += ' ';
+            mLine += mLabels[i];
+            AppendText(outputs[mFirst + i].mValue, mLine);
+        }
+        mLine += '\n';
+        mStream.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
+    }
+
     void PrintTakes(std::string_view message, const Outputs& outputs, const NExplain::Trace& trace)
     {
         std::size_t width = 0;
@@ -105,8 +112,9 @@ class TextPrinter final : public ResultPrinter {
                 // Captures past the last property number have no output.
                 const std::size_t output = piece.mFirstCapture + c + 1;
                 if (output >= outputs.size()) break;
-                mStream << (c == 0 ? ", gave " : " ") << outputs[output].mName << '='
-                        << TextOf(outputs[output].mValue);
+                mLine = (c == 0 ? ", gave " : " ") + outputs[output].mName + '=';
+                AppendText(outputs[output].mValue, mLine);
+                mStream << mLine;
             }
             mStream << '\n';
         }
@@ -124,6 +132,9 @@ class TextPrinter final : public ResultPrinter {
     const NExplain::Pieces& mPieces;
     ViewForm mView;
     Palette mPalette;
+    std::size_t mFirst = 0;            // index of the first output to print
+    std::vector<std::string> mLabels;  // painted names with '=', of the outputs from mFirst on
+    std::string mLine;                 // reused, so that lines cost no allocation
 };
 
 }  // namespace
