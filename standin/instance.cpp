@@ -167,10 +167,4 @@ const HostValue* Instance::FindInputValue(std::uint16_t input) const
     return input == kTextInput ? mTextValue.get() : &mInputs[input - 1U].mValue.mBits;
 }
 
-Property* Instance::FindOutput(std::uint16_t output)
-{
-    if (output < 1 || output > mOutputs.size()) return nullptr;
-    return &mOutputs[output - 1U];
-}
-
 }  // namespace NStandIn

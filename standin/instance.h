@@ -70,7 +70,10 @@ class Instance {
     // For the operations of the host. Properties are numbered from 1; null if there is none of
     // that number.
     const NActor::HostValue* FindInputValue(std::uint16_t input) const;
-    Property* FindOutput(std::uint16_t output);
+    Property* FindOutput(std::uint16_t output)
+    {
+        return output < 1 || output > mOutputs.size() ? nullptr : &mOutputs[output - 1U];
+    }
     void AddOutput(Property output) { mOutputs.push_back(std::move(output)); }
     // output: the number of an output that exists.
     void RemoveOutput(std::uint16_t output) { mOutputs.erase(mOutputs.begin() + (output - 1)); }

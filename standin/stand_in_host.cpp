@@ -32,16 +32,6 @@ Instance& StandInHost::CreateInstance()
     return instance;
 }
 
-Instance* StandInHost::FindInstance(const NActor::HostActor* actor) const
-{
-    for (const auto& instance : mInstances) {
-        if (reinterpret_cast<const NActor::HostActor*>(instance.get()) == actor) {
-            return instance.get();
-        }
-    }
-    return nullptr;
-}
-
 std::shared_ptr<const ContextRecords> StandInHost::RecordsForCall() const
 {
     return mMode == HostMode::kPlain ? mSharedRecords : std::make_shared<ContextRecords>();

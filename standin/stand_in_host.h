@@ -102,7 +102,15 @@ class StandInHost {
     HostMode Mode() const { return mMode; }
 
     // For the operations. Returns null if actor isn't an instance of this host.
-    Instance* FindInstance(const NActor::HostActor* actor) const;
+    Instance* FindInstance(const NActor::HostActor* actor) const
+    {
+        for (const auto& instance : mInstances) {
+            if (reinterpret_cast<const NActor::HostActor*>(instance.get()) == actor) {
+                return instance.get();
+            }
+        }
+        return nullptr;
+    }
     // For a callback: the records to pass, which it must keep until it has returned.
     std::shared_ptr<const ContextRecords> RecordsForCall() const;
 

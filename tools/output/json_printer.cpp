@@ -20,27 +20,24 @@ Json TextJson(std::string_view text)
     return Json{{"hex", HexOf(text)}};
 }
 
-// The rest of this file leaves to the library whatever isn't ordinary. What is ordinary is written
-// as the library writes it.
+// The functions below write ordinary values as the library writes them, and leave the others to it.
 
 void AppendString(const std::string& text, std::string& ioLine)
 {
-    if (!IsPlain(text)) {
+    if (IsPlain(text)) {
+        AppendInQuotes(text, ioLine);
+    } else {
         ioLine += TextJson(text).dump();
-        return;
     }
-    ioLine += '"';
-    ioLine += text;
-    ioLine += '"';
 }
 
 // JSON has no number for an infinite float.
 void AppendFloat(const NStandIn::Value& value, std::string& ioLine)
 {
     if (!std::isfinite(value.Float())) {
-        ioLine += '"';
-        AppendText(value, ioLine);
-        ioLine += '"';
+        std::string text;
+        AppendText(value, text);
+        AppendInQuotes(text, ioLine);
     } else if (!AppendShortFloat(value.Float(), 1, ioLine)) {
         ioLine += Json(value.Float()).dump();
     }

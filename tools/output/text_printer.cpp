@@ -29,7 +29,8 @@ class TextPrinter final : public ResultPrinter {
     {
         mFirst = outputs.size() > 1 ? 1 : 0;
         for (std::size_t i = mFirst; i < outputs.size(); ++i) {
-            mLabels.push_back(mPalette.Paint(Role::kName, outputs[i].mName) + '=');
+            const std::string blank = i > mFirst ? " " : "";
+            mLabels.push_back(blank + mPalette.Paint(Role::kName, outputs[i].mName) + '=');
         }
     }
 
@@ -83,7 +84,6 @@ class TextPrinter final : public ResultPrinter {
     {
         mLine.clear();
         for (std::size_t i = 0; i < mLabels.size(); ++i) {
-            if (i > 0) mLine += ' ';
             mLine += mLabels[i];
             AppendText(outputs[mFirst + i].mValue, mLine);
         }
@@ -133,7 +133,7 @@ class TextPrinter final : public ResultPrinter {
     ViewForm mView;
     Palette mPalette;
     std::size_t mFirst = 0;            // index of the first output to print
-    std::vector<std::string> mLabels;  // painted names with '=', of the outputs from mFirst on
+    std::vector<std::string> mLabels;  // what precedes each value: " name=", painted
     std::string mLine;                 // reused, so that lines cost no allocation
 };
 

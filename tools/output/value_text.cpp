@@ -22,14 +22,23 @@ void AppendFloat(double value, std::string& ioText)
 
 void AppendQuoted(std::string_view text, std::string& ioText)
 {
-    if (text.empty() || !IsPlain(text) || text.find(' ') != text.npos) {
+    if (!IsPlain(text)) {
         ioText += NExplain::Quoted(text);
+    } else if (text.empty() || text.find(' ') != text.npos) {
+        AppendInQuotes(text, ioText);
     } else {
         ioText += text;
     }
 }
 
 }  // namespace
+
+void AppendInQuotes(std::string_view text, std::string& ioText)
+{
+    ioText += '"';
+    ioText += text;
+    ioText += '"';
+}
 
 void AppendText(const NStandIn::Value& value, std::string& ioText)
 {

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ void AppendInteger(std::int64_t value, std::string& ioText);
 // and 3 after it reads back as. Appends the fewest digits after the point, but at least
 // fewestDecimals (0 to 3). Appends nothing and returns false for any other float and for -0.
 bool AppendShortFloat(double value, int fewestDecimals, std::string& ioText);
+
+// Appends text between double quotes, as it is.
+void AppendInQuotes(std::string_view text, std::string& ioText);
 
 // Returns true if text consists of printable ASCII characters without quotes and backslashes, so
 // that no format has to escape any.
