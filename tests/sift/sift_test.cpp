@@ -1,93 +1,13 @@
 // sift as a user runs it: the program itself, its output and its exit status.
 
-#include <gtest/gtest.h>
-#if __has_include(<pty.h>)
-#include <pty.h>
-#else
-#include <util.h>
-#endif
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
-#include <string>
+#include <nlohmann/json.hpp>
 
-using namespace std::string_literals;
+#include "sift_support.h"
 
 namespace {
-
-namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-// That text holds these parts, one behind the other; '~' stands between two.
-void ExpectParts(const std::string& text, const std::string& parts)
-{
-    std::size_t place = 0;
-    std::istringstream stream(parts);
-    for (std::string part; std::getline(stream, part, '~');) {
-        place = text.find(part, place);
-        EXPECT_NE(place, std::string::npos) << part << "\n" << text;
-    }
-}
-
-class Sift : public testing::Test {
-  protected:
-    Sift() : mFolder(fs::temp_directory_path() / ("sift_test." + std::to_string(getpid())))
-    {
-        fs::create_directories(mFolder);
-    }
-    ~Sift() override { fs::remove_all(mFolder); }
-
-    std::string Write(const char* name, const std::string& text)
-    {
-        std::ofstream(mFolder / name, std::ios::binary) << text;
-        return (mFolder / name).string();
-    }
-
-    // arguments: as a shell reads them. Gives the exit status; what was printed is in the fields.
-    int Run(const std::string& arguments, const std::string& input = "")
-    {
-        const std::string command = "\"" WORD_SIFTER_SIFT "\" " + arguments + " <" +
-                                    Write("in", input) + " >" + (mFolder / "out").string() + " 2>" +
-                                    (mFolder / "err").string();
-        const int status = std::system(command.c_str());
-        mOut = ReadFile(mFolder / "out");
-        mErr = ReadFile(mFolder / "err");
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    // As Run, but at a terminal, where keys are typed. All that is printed there is in mOut.
-    int RunAtTerminal(const std::string& arguments, const std::string& keys = "")
-    {
-        int terminal = -1;
-        if (forkpty(&terminal, nullptr, nullptr, nullptr) == 0) {
-            const std::string command = "\"" WORD_SIFTER_SIFT "\" " + arguments;
-            _exit(WEXITSTATUS(std::system(command.c_str())));
-        }
-        EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-        mOut.clear();
-        for (char c = 0; read(terminal, &c, 1) == 1;) mOut += c;
-        close(terminal);
-        int status = 0;
-        wait(&status);
-        return WEXITSTATUS(status);
-    }
-
-    fs::path mFolder;
-    std::string mOut;
-    std::string mErr;
-};
 
 TEST_F(Sift, PrintsTheValuesOfEachMessage)
 {
@@ -98,27 +18,6 @@ TEST_F(Sift, PrintsTheValuesOfEachMessage)
     EXPECT_EQ(mOut, "");
     EXPECT_EQ(Run("\"'a'\"", "a\nb\na\n"), 0);
     EXPECT_EQ(mOut, "msg_rcv=1\nmsg_rcv=1\n");
-}
-
-TEST_F(Sift, TakesTheEndOfMessageInManyWays)
-{
-    struct Row {
-        const char* mEom;
-        std::string mInput;
-    };
-    for (const Row& row : {Row{"';'", "1;2;"},
-                           {"'\\r'", "1\r2\r"},
-                           {"'\\x3b'", "1;2"},
-                           {"59", "1;2;"},
-                           {"'\\0'", "1\0002"s},
-                           {"0", "1\0002\0"s}}) {
-        EXPECT_EQ(Run("n:i=# -e "s + row.mEom, row.mInput), 0);
-        EXPECT_EQ(mOut, "n=1\nn=2\n") << row.mEom;
-    }
-    for (const char* bad : {"256", "ab", "'\\q'", "''", "'\\x1FF'"}) {
-        EXPECT_EQ(Run("n:i=# -e "s + bad), 2) << bad;
-        EXPECT_NE(mErr.find("isn't a character"), std::string::npos) << mErr;
-    }
 }
 
 TEST_F(Sift, ShowsThePlaceOfABadParsingString)
@@ -143,24 +42,6 @@ TEST_F(Sift, ShowsThePlaceOfABadParsingString)
     }
 }
 
-TEST_F(Sift, ReadsFilesInTurn)
-{
-    const std::string pattern = Write("pattern", "n:i=#\n");
-    const std::string one = Write("one", "1\n");
-    const std::string two = Write("two", "2");
-    EXPECT_EQ(Run("-f " + pattern + " " + one + " - " + two, "5\n"), 0);
-    EXPECT_EQ(mOut, "n=1\nn=5\nn=2\n");
-    EXPECT_EQ(Run("-f " + pattern + " " + one + " /nowhere " + two), 2);
-    EXPECT_EQ(mOut, "n=1\nn=2\n");
-    EXPECT_NE(mErr.find("/nowhere"), std::string::npos);
-    EXPECT_EQ(Run("-f /nowhere"), 2);
-    EXPECT_EQ(Run(""), 2);
-    EXPECT_EQ(Run("--plugin /nowhere x"), 2);
-    EXPECT_EQ(Run("n:i=#", "\0007\n8\n"s), 0);
-    EXPECT_EQ(mOut, "n=8\n");
-    EXPECT_NE(mErr.find("NUL"), std::string::npos);
-}
-
 TEST_F(Sift, WarnsOfWhatCompilesButIsSeldomMeant)
 {
     EXPECT_EQ(Run("--check 'ph:float=#.#'"), 0);
@@ -169,35 +50,6 @@ TEST_F(Sift, WarnsOfWhatCompilesButIsSeldomMeant)
     ExpectParts(mOut, "warning: this piece and the next~piece 2");
     EXPECT_EQ(Run("--check 'ph:float=.#'"), 0);
     EXPECT_EQ(mErr, "");
-}
-
-// A live source: the answer to one message is there before the next one is sent.
-TEST_F(Sift, AnswersWhileItsInputIsOpen)
-{
-    std::array<int, 2> input{};
-    std::array<int, 2> output{};
-    ASSERT_EQ(pipe(input.data()), 0);
-    ASSERT_EQ(pipe(output.data()), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(input[0], 0);
-        dup2(output[1], 1);
-        close(input[1]);
-        execl(WORD_SIFTER_SIFT, "sift", "n:i=#", static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    close(input[0]);
-    close(output[1]);
-    for (const char* message : {"1\n", "2\n"}) {
-        ASSERT_EQ(write(input[1], message, 2), 2);
-        std::string line(4, '\0');
-        ASSERT_EQ(read(output[0], line.data(), line.size()), 4);
-        EXPECT_EQ(line, "n="s + message);
-    }
-    close(input[1]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST_F(Sift, ExplainsAndPrintsInManyForms)
@@ -246,7 +98,7 @@ TEST_F(Sift, ExplainsAndPrintsInManyForms)
     }
 }
 
-// What a user at a terminal sees, and what becomes of an edited parsing string.
+// What a user at a terminal sees, and what happens to an edited parsing string.
 TEST_F(Sift, EditsTheParsingString)
 {
     setenv("TMPDIR", mFolder.c_str(), 1);
@@ -281,8 +133,8 @@ TEST_F(Sift, EditsTheParsingString)
     EXPECT_EQ(mOut, "k=7\r\n");
 }
 
-// sift compares where the steps that it shows lead with the plug-in's own verdict, and fails where
-// they differ: so it goes through every beginning of every message.
+// sift fails if the steps that it shows contradict the plug-in's own verdict. The test runs it over
+// every beginning of every message.
 TEST_F(Sift, TracesWhatThePluginMatches)
 {
     std::string traces;
@@ -301,7 +153,7 @@ TEST_F(Sift, TracesWhatThePluginMatches)
         ExpectParts(traces, words);
 }
 
-// Every example gives what stands beside it.
+// Every example prints the result that is stored next to it.
 TEST_F(Sift, RunsTheExamples)
 {
     int examples = 0;
@@ -316,6 +168,50 @@ TEST_F(Sift, RunsTheExamples)
         EXPECT_EQ(mOut, ReadFile(stem + ".output")) << stem;
     }
     EXPECT_GE(examples, 6);
+}
+
+// Messages of many lengths, one after another. The text formats are what the standard library
+// prints, and a line of JSON is what the JSON library makes of it.
+TEST_F(Sift, PrintsValuesAsTheLibrariesDo)
+{
+    std::string input;
+    std::string expected;
+    const auto add = [&](double value, const std::string& text) {
+        std::array<char, 400> digits{};
+        const auto end =
+            std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed);
+        input += "F=" + std::string(digits.begin(), end.ptr) + text + '\n';
+        const auto shortest = std::to_chars(digits.begin(), digits.end(), value);
+        expected += std::string(digits.begin(), shortest.ptr) + ',' + text + '\n';
+    };
+    for (const double value :
+         {0., -0., 1., 0.1, 0.001, 0.0001, 99999.999, 1e5, 1e-9, 1.0005, 1e300}) {
+        for (const int factor : {1, -1, 7, 1234}) add(value * factor, "x");
+    }
+    for (int i = -2000; i < 2000; ++i) add(i / 10., "x");
+    for (const char* text : {"a b", "\\", "\x7F", "\x01\t", "\xC3\xA4", "\xC3", "\xE2\x80\xA8"})
+        add(2.5, text);
+    const std::string pattern = "\"'F=' f:float=.# t:string=eol\" ";
+    EXPECT_EQ(Run(pattern + "--csv", input), 0);
+    EXPECT_EQ(mOut, "f,t\n" + expected);
+    EXPECT_EQ(Run(pattern + "--json --trace", input), 0);
+    std::istringstream lines(mOut);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_EQ(nlohmann::ordered_json::parse(line).dump(), line);
+    }
+    EXPECT_EQ(Run("'f:float=.#'", "1\n10000\n100000\n.5\n-0\n"), 0);
+    EXPECT_EQ(mOut, "f=1\nf=10000\nf=1e+05\nf=0.5\nf=-0\n");
+}
+
+// The ids of outputs past a certain number are not unique either.
+TEST_F(Sift, PrintsTheLastOfTheOutputsWithOneName)
+{
+    std::string pattern;
+    for (int i = 0; i < 1500; ++i) pattern += "n:i=1x ";
+    EXPECT_EQ(Run("--json '" + pattern + "'", std::string(1499, '0') + "7\n"), 0);
+    const auto values = nlohmann::ordered_json::parse(mOut.substr(0, mOut.find('\n')))["values"];
+    EXPECT_EQ(values.size(), 1452U);
+    EXPECT_EQ(values.back(), 7);
 }
 
 TEST_F(Sift, ReportsItsVersion)
