@@ -186,4 +186,19 @@ TEST_F(Delivery, GoesOnAfterFailedChecks)
     EXPECT_EQ(Outputs(), Texts{"ot01 n 7"});
 }
 
+// The stand-in host's own: it must notice a string value that is used after its release.
+TEST(StringValues, NeverReusesAPayload)
+{
+    NStandIn::StringValues values;
+    const std::uint64_t first = values.Make("a");
+    EXPECT_TRUE(values.Release(first));
+    const std::uint64_t second = values.Make("b");
+    EXPECT_EQ(values.Find(first), nullptr);
+    EXPECT_FALSE(values.Release(first));
+    EXPECT_EQ(*values.Find(second), "b");
+    EXPECT_EQ(values.Count(), 1U);
+    EXPECT_EQ(values.Find(0), nullptr);
+    EXPECT_EQ(values.Find(~std::uint64_t{0}), nullptr);
+}
+
 }  // namespace

@@ -201,6 +201,8 @@ TEST_F(Sift, PrintsValuesAsTheLibrariesDo)
     }
     EXPECT_EQ(Run("'f:float=.#'", "1\n10000\n100000\n.5\n-0\n"), 0);
     EXPECT_EQ(mOut, "f=1\nf=10000\nf=1e+05\nf=0.5\nf=-0\n");
+    EXPECT_EQ(Run("'f:float=.#' --json", "1\n100000\n-0\n2.25\n"), 0);
+    ExpectParts(mOut, R"("f":1.0}~"f":100000.0}~"f":-0.0}~"f":2.25})");
 }
 
 // The ids of outputs past a certain number are not unique either.

@@ -62,14 +62,13 @@ bool AppendShortFloat(double value, int fewestDecimals, std::string& ioText)
 {
     constexpr std::array<std::int64_t, 4> kScales = {1, 10, 100, 1000};
     constexpr double kLimit = 100'000;
-    const bool isNegative = std::signbit(value);
     const double size = std::abs(value);
-    if (!(size < kLimit) || (isNegative && size == 0)) return false;
+    if (!(size < kLimit)) return false;
     for (auto decimals = static_cast<std::size_t>(fewestDecimals); decimals < 4; ++decimals) {
         const std::int64_t scale = kScales[decimals];
-        const auto scaled = static_cast<std::int64_t>(size * static_cast<double>(scale) + 0.5);
+        const std::int64_t scaled = std::llround(size * static_cast<double>(scale));
         if (static_cast<double>(scaled) / static_cast<double>(scale) != size) continue;
-        if (isNegative) ioText += '-';
+        if (std::signbit(value)) ioText += '-';
         AppendInteger(scaled / scale, ioText);
         if (decimals == 0) return true;
         const std::size_t point = ioText.size();

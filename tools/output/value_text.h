@@ -19,7 +19,7 @@ void AppendInteger(std::int64_t value, std::string& ioText);
 
 // Appends a float that has few digits: one that a decimal with at most 5 digits before the point
 // and 3 after it reads back as. Appends the fewest digits after the point, but at least
-// fewestDecimals (0 to 3). Appends nothing and returns false for any other float and for -0.
+// fewestDecimals (0 to 3). Appends nothing and returns false for any other float.
 bool AppendShortFloat(double value, int fewestDecimals, std::string& ioText);
 
 // Appends text between double quotes, as it is.
