@@ -30,7 +30,7 @@ std::string ReadFile(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// That text holds these parts, one behind the other; '~' stands between two.
+// Expects these parts in text, one after the other. '~' separates them.
 void ExpectParts(const std::string& text, const std::string& parts)
 {
     std::size_t place = 0;
@@ -55,7 +55,7 @@ class Sift : public testing::Test {
         return (mFolder / name).string();
     }
 
-    // arguments: as a shell reads them. Gives the exit status; what was printed is in the fields.
+    // arguments: as a shell reads them. Returns the exit status; the fields have what was printed.
     int Run(const std::string& arguments, const std::string& input = "")
     {
         const std::string command = "\"" WORD_SIFTER_SIFT "\" " + arguments + " <" +
@@ -301,7 +301,7 @@ TEST_F(Sift, TracesWhatThePluginMatches)
         ExpectParts(traces, words);
 }
 
-// Every example gives what stands beside it.
+// Every example prints the output beside it.
 TEST_F(Sift, RunsTheExamples)
 {
     int examples = 0;
