@@ -278,7 +278,8 @@ void BytesetElement::Emit(Program& ioProgram)
 {
     const bool captures = mParameter.mType != kTypeNone;
     if (!captures && mLength == 1 && EmitAsText(ioProgram)) return;
-    SetOperands operands{this, mMembers.data(), static_cast<std::uint32_t>(mLength), 0};
+    SetOperands operands{mMembers.data(), static_cast<std::uint32_t>(mLength), 0, mBinary,
+                         mClass == kClassAnyByte};
     if (captures) operands.mValue = ioProgram.AddCapture(mParameter);
     AddSetStep(operands, mParameter.mType, ioProgram);
 }

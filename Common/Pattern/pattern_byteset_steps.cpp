@@ -25,7 +25,7 @@ const Byte* RunBySetter(const Step* step, const Byte* current, const Byte* end, 
     const std::uint32_t run = RunLengthOf(operands.mMembers, operands.mLength, current,
                                           static_cast<std::uint32_t>(end - current));
     Parameter& value = values[operands.mValue];
-    if (operands.mElement->IsBinary()) {
+    if (operands.mIsBinary) {
         value.SetBinaryValue(current, run);
     } else {
         value.SetTextValue(current, run, false);
@@ -113,9 +113,8 @@ SetCapture CaptureOf(ParameterType type, bool isBinary)
 
 void AddSetStep(const SetOperands& operands, ParameterType type, Program& ioProgram)
 {
-    const SetCapture capture = CaptureOf(type, operands.mElement->IsBinary());
-    const bool isAnyBytes = operands.mElement->Class() == kClassAnyByte;
-    ioProgram.AddStep(isAnyBytes ? kAnyBytesSteps[capture] : kSetSteps[capture], operands);
+    const SetCapture capture = CaptureOf(type, operands.mIsBinary);
+    ioProgram.AddStep(operands.mIsAnyByte ? kAnyBytesSteps[capture] : kSetSteps[capture], operands);
 }
 
 }  // namespace NPattern

@@ -4,16 +4,18 @@
 
 #include <cstdint>
 
-#include "pattern_byteset_element.h"
+#include "pattern_bytes.h"
+#include "pattern_parameter.h"
 #include "pattern_program.h"
 
 namespace NPattern {
 
 struct SetOperands {
-    const BytesetElement* mElement;
-    const std::uint32_t* mMembers;
-    std::uint32_t mLength;  // 0: a run of any length
-    std::uint32_t mValue;   // position of the capture, if there is one
+    const std::uint32_t* mMembers;  // by byte value; not 0: a member
+    std::uint32_t mLength;          // 0: a run of any length
+    std::uint32_t mValue;           // position of the capture, if there is one
+    bool mIsBinary;                 // captures go through SetBinaryValue
+    bool mIsAnyByte;                // all bytes are members
 };
 
 // Adds the step that matches the set and captures a value of this type.

@@ -15,7 +15,6 @@
 
 namespace NPattern {
 
-class Element;
 struct Step;
 
 // Runs a step, and then the rest of the program. Matches from current on and writes what it
@@ -67,7 +66,8 @@ bool BeginStep(const Byte*& ioCurrent, const Byte* end)
 enum ValueKind { kNoValue, kStringValue, kFloatValue, kIntegerValue, kValueKindCount };
 ValueKind ValueKindOf(ParameterType type);
 
-// The steps of a parsing string in their order, and its captures. Refers to elements and owns none.
+// The steps of a parsing string in their order, and its captures. What the operands of the steps
+// refer to, mostly the elements that emitted them, must outlive the program.
 class Program {
   public:
     // Lets the next step skip white space first.
@@ -86,9 +86,6 @@ class Program {
         static_assert(alignof(Operands) <= alignof(std::uint64_t));
         ::new (static_cast<void*>(NewStep(run).mOperands)) Operands(operands);
     }
-
-    // A step that calls Element::Match and then copies the values that the element collects.
-    void AddElement(Element& element);
 
     // Adds a capture with this name and type. Returns its position among the values.
     std::uint32_t AddCapture(const Parameter& capture);
