@@ -37,9 +37,9 @@ struct Step {
     alignas(std::uint64_t) std::byte mOperands[kOperandSize] = {};
 };
 
-// How a step function ends after its step has matched up to current. With tail calls it jumps to the
-// next step. Otherwise it returns, and Program::Run calls the next step, so that a long program does
-// not use more stack than a short one. Only the sources of the engine are built with
+// How a step function ends after its step has matched up to current. With tail calls it jumps to
+// the next step. Otherwise it returns, and Program::Run calls the next step, so that a long program
+// does not use more stack than a short one. Only the sources of the engine are built with
 // WORD_SIFTER_TAIL_CALLS, so no others may define step functions.
 inline const Byte* RunNextStep([[maybe_unused]] const Step* step, const Byte* current,
                                [[maybe_unused]] const Byte* end, [[maybe_unused]] Parameter* values)
