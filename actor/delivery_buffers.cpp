@@ -11,7 +11,7 @@ namespace {
 
 // The most memory that an instance keeps for texts. A longer text costs an allocation, which is
 // little beside its messages.
-constexpr std::size_t kMostKept = 64 * 1024;
+constexpr std::size_t kMostKept = std::size_t{64} * 1024;
 
 // Rounded up, so that texts of about the same length need no new memory.
 std::size_t CapacityFor(std::size_t size)

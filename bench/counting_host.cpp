@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <new>
 
 #include "actor/dynamic_outputs.h"
 #include "actor/message_processing.h"
@@ -46,9 +48,9 @@ CountingHost::CountingHost()
         return kQuendalNoError;
     };
     mCallbacks.AllocateBlock = [](std::uint32_t size, std::uint8_t) {
-        return std::calloc(size, 1);
+        return std::memset(::operator new(size), 0, size);
     };
-    mCallbacks.ReleaseBlock = [](void* block) { std::free(block); };
+    mCallbacks.ReleaseBlock = [](void* block) { ::operator delete(block); };
     mCallbacks.MakeStringValue = [](const char*, HostValue*) {};
     mCallbacks.ReleaseStringValue = [](HostValue*) {};
     mCallbacks.ReportAssertion = [](const char* text, const char*, std::int32_t line) {

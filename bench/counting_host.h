@@ -1,5 +1,6 @@
 // A host that does almost nothing, so that benchmarks measure the actor. It keeps the number of
-// outputs and counts the values that are set.
+// outputs and counts the values that are set. Its blocks come from operator new, so that they count
+// as allocations.
 
 #pragma once
 

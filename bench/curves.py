@@ -1,26 +1,29 @@
-"""Draws the growth curves as one SVG image, and prints how fast each one grows.
+"""Draws the growth curves as one SVG image, growth.svg, and prints how fast each one grows.
 
-Arguments: the JSON file of growth_bench, and the SVG file to write.
+Argument: the folder of the results of growth_bench, where the image is written.
 """
 
 import math
 import pathlib
 import sys
 
-from report import load_medians, print_table
+from results import load_minima, print_goals, print_table
 
 # Name of the curve, title, unit of the sizes.
 CURVES = [
     ("message", "A message taken by letters", "bytes in the message"),
     ("line", "A message taken by eol", "bytes in the message"),
     ("elements", "Elements that take one byte each", "elements"),
-    ("captures", "Captures of three digits each", "captures"),
+    ("captures", "Captures of one digit each", "captures"),
+    ("messages", "Messages in one delivery", "messages"),
     ("delivery", "A delivery, 19 bytes per message", "bytes delivered"),
     ("compile", "Compiling", "bytes in the parsing string"),
     ("failing", "Compiling, error in the last byte", "bytes in the parsing string"),
     ("outputs", "Rebuilding the outputs", "outputs"),
 ]
-COLUMNS = 4
+EXPONENT_GOAL = 1.05
+
+COLUMNS = 3
 PANEL_WIDTH, PANEL_HEIGHT = 300, 240
 LEFT, RIGHT, TOP, BOTTOM = 62, 16, 34, 46
 INK, FAINT, LINE = "#222", "#ddd", "#1f5fa8"
@@ -36,6 +39,7 @@ def exponent(points):
 
 
 def count_text(value):
+    """Returns a size as text."""
     for limit, suffix in ((1e6, "M"), (1e3, "k")):
         if value >= limit:
             return f"{value / limit:g}{suffix}"
@@ -43,6 +47,7 @@ def count_text(value):
 
 
 def time_text(nanoseconds):
+    """Returns a time as text, with its unit."""
     for limit, unit in ((1e9, "s"), (1e6, "ms"), (1e3, "µs")):
         if nanoseconds >= limit:
             return f"{nanoseconds / limit:g} {unit}"
@@ -50,11 +55,13 @@ def time_text(nanoseconds):
 
 
 def text(x, y, content, anchor="middle", size=11, weight="normal"):
+    """Returns a text as SVG."""
     return (f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}" font-size="{size}" '
             f'font-weight="{weight}" fill="{INK}">{content}</text>')
 
 
 def line(x1, y1, x2, y2, style):
+    """Returns a line as SVG."""
     return f'<line x1="{x1:.1f}" y1="{y1:.1f}" x2="{x2:.1f}" y2="{y2:.1f}" {style}/>'
 
 
@@ -67,14 +74,17 @@ class Axis:
         self.start, self.end = start, end
 
     def place(self, value):
+        """Returns the pixel of a value."""
         share = (math.log10(value) - self.low) / (self.high - self.low)
         return self.start + share * (self.end - self.start)
 
     def ticks(self):
+        """Returns the powers of ten on the axis."""
         return [10.0 ** power for power in range(self.low, self.high + 1)]
 
 
 def panel(left, top, title, unit, points):
+    """Returns the parts of one curve as SVG."""
     x = Axis([p[0] for p in points], left + LEFT, left + PANEL_WIDTH - RIGHT)
     y = Axis([p[1] for p in points], top + PANEL_HEIGHT - BOTTOM, top + TOP)
     parts = [text(x.start, top + 18, title, "start", 13, "bold")]
@@ -100,6 +110,7 @@ def panel(left, top, title, unit, points):
 
 
 def picture(curves):
+    """Returns the image of all curves."""
     rows = math.ceil(len(curves) / COLUMNS)
     width, height = COLUMNS * PANEL_WIDTH, rows * PANEL_HEIGHT + 30
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
@@ -112,20 +123,44 @@ def picture(curves):
     return "\n".join(parts + ["</svg>"]) + "\n"
 
 
-def main(source, target):
-    medians = load_medians(pathlib.Path(source))
-    curves, rows = [], []
-    for name, title, unit in CURVES:
-        points = sorted((int(run.split("/")[1]), median["cpu_time"])
-                        for run, median in medians.items() if run.startswith(name + "/"))
-        curves.append((title, unit, points))
-        (low, _), (high, most) = points[0], points[-1]
-        rows.append([title, f"{low} to {high} {unit}", f"{most / high:.3g}",
+def load_points(runs, name):
+    """Returns the points of a curve: size and nanoseconds."""
+    return sorted((int(run.split("/")[1]), runs[run]["cpu_time"])
+                  for run in runs if run.startswith(name + "/"))
+
+
+def print_growth(curves):
+    """Prints the growth of each curve, and its goal."""
+    rows = []
+    for title, unit, points in curves:
+        (low, least), (high, most) = points[0], points[-1]
+        rows.append([title, f"{low} to {high} {unit}", f"{least / low:.3g}", f"{most / high:.3g}",
                      f"{exponent(points):.2f}"])
-    pathlib.Path(target).write_text(picture(curves), encoding="utf-8")
-    print("Growth: time at the largest size over that size, and the exponent (1 is linear).\n")
-    print_table(["curve", "sizes", "ns each", "exponent"], rows)
+    print("Growth: ns for each of the units at the smallest and at the largest size, and the")
+    print("exponent of the curve (1 is linear).\n")
+    print_table(["curve", "sizes", "ns, first", "ns, last", "exponent"], rows)
+    print_goals([(f"exponent: {title}", exponent(points), EXPONENT_GOAL)
+                 for title, _, points in curves])
+
+
+def print_deliveries(points):
+    """Prints what a message costs by the number of messages in its delivery."""
+    print("\nns per message, by the number of messages in a delivery:\n")
+    print_table(["messages", *(str(size) for size, _ in points)],
+                [["ns", *(f"{time / size:.1f}" for size, time in points)]])
+
+
+def main(folder):
+    """Writes the image and prints the tables."""
+    runs = load_minima(folder, "growth_bench")
+    points = {name: load_points(runs, name) for name, _, _ in CURVES}
+    curves = [(title, unit, points[name]) for name, title, unit in CURVES]
+    target = folder / "growth.svg"
+    target.write_text(picture(curves), encoding="utf-8")
+    print_growth(curves)
+    print_deliveries(points["messages"])
     print(f"\nThe curves: {target}")
 
 
-main(*sys.argv[1:])
+if __name__ == "__main__":
+    main(pathlib.Path(sys.argv[1]))

@@ -18,8 +18,6 @@ namespace NBench {
 
 namespace {
 
-constexpr std::size_t kMessageCount = 10000;
-
 // Parts of the regular expressions. They match what the engine matches in messages that a device
 // sends. Beyond that, they are written for speed: there is only one way to match the same bytes,
 // because RE2 is fast only then.
@@ -81,13 +79,13 @@ template <typename Peer>
 void MeasureParsing(benchmark::State& state, const MessageSet& set, Peer& ioPeer)
 {
     const std::size_t before = AllocationCount();
-    ParseAll(set, ioPeer);
-    const std::size_t allocations = AllocationCount() - before;
     while (state.KeepRunning()) ParseAll(set, ioPeer);
+    const auto allocations = static_cast<double>(AllocationCount() - before);
 
     const auto messages = static_cast<double>(set.mMessages.size());
     state.counters["messages"] = messages;
-    state.counters["allocations"] = static_cast<double>(allocations) / messages;
+    state.counters["allocations"] =
+        allocations / (messages * static_cast<double>(state.iterations()));
 }
 
 template <typename Record, typename Peer, typename... Pattern>
@@ -113,12 +111,12 @@ void AddCompiling(WorkloadIndex index, const char* peerName, const std::string& 
 }
 
 template <typename Record>
-void AddWorkload(WorkloadIndex index)
+void AddWorkload(WorkloadIndex index, bool instant)
 {
     const std::string parsingString = kWorkloads.at(index).mParsingString;
     const std::string& regex = kRegexes.at(index);
-    const auto set =
-        std::make_shared<const MessageSet>(MakeMessages(kWorkloads.at(index), kMessageCount, '\0'));
+    const auto set = std::make_shared<const MessageSet>(
+        MakeMessages(kWorkloads.at(index), MessageCount(instant), '\0'));
 
     AddParsing<Record, EnginePeer<Record>>(index, "engine", set, parsingString);
     AddParsing<Record, Pcre2Peer<Record>>(index, "pcre2", set, regex);
@@ -136,14 +134,14 @@ void AddWorkload(WorkloadIndex index)
 
 }  // namespace
 
-void RegisterBenchmarks()
+void RegisterBenchmarks(bool instant)
 {
-    AddWorkload<SensorRecord>(kSensor);
-    AddWorkload<PositionRecord>(kPosition);
-    AddWorkload<HexDataRecord>(kHexData);
-    AddWorkload<CommandRecord>(kCommand);
-    AddWorkload<PacketRecord>(kPacket);
-    AddWorkload<HeadingRecord>(kHeading);
+    AddWorkload<SensorRecord>(kSensor, instant);
+    AddWorkload<PositionRecord>(kPosition, instant);
+    AddWorkload<HexDataRecord>(kHexData, instant);
+    AddWorkload<CommandRecord>(kCommand, instant);
+    AddWorkload<PacketRecord>(kPacket, instant);
+    AddWorkload<HeadingRecord>(kHeading, instant);
 }
 
 }  // namespace NBench

@@ -22,8 +22,6 @@
 
 namespace NBench {
 
-using Message = MessageSet::Message;
-
 // Ends the program, because its further measurements would be meaningless.
 [[noreturn]] inline void Fail(const std::string& text)
 {

@@ -10,7 +10,6 @@ namespace NBench {
 namespace {
 
 using NPattern::Byte;
-using Message = MessageSet::Message;
 
 // Reads a message step by step. Each step moves past what it took, or returns false.
 class Walker {

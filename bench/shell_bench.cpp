@@ -1,6 +1,6 @@
-// What the shell costs in addition to the engine: a delivery of 1 MiB of messages to an instance,
-// compared with a plain loop of the engine over the same messages. Packets are left out, because
-// they contain NULs, which end a delivery.
+// What the shell costs in addition to the engine: deliveries to an instance, compared with a plain
+// loop of the engine over the same messages. Packets are left out, because they contain NULs, which
+// end a delivery.
 
 #include <benchmark/benchmark.h>
 
@@ -11,6 +11,7 @@
 
 #include "Common/Pattern/pattern.h"
 #include "actor/message_cutter.h"
+#include "allocations.h"
 #include "counting_host.h"
 #include "registration.h"
 #include "workloads.h"
@@ -19,103 +20,151 @@ namespace NBench {
 
 namespace {
 
-using Message = MessageSet::Message;
+constexpr std::size_t kLongDelivery = 1 << 20;
+constexpr char kNoEomChar = '\x01';  // in no message
 
-constexpr std::size_t kDeliverySize = 1 << 20;
+// The deliveries of one measurement.
+struct Deliveries {
+    Deliveries(const Workload& workload, std::vector<std::string> values, char eomChar);
+    Deliveries(const Deliveries&) = delete;
+    Deliveries& operator=(const Deliveries&) = delete;
 
-MessageSet MakeDelivery(const Workload& workload)
+    const Workload& mWorkload;
+    std::vector<std::string> mValues;  // results of CountingHost::TextValue
+    char mEomChar;
+    std::vector<Message> mMessages;  // in mValues
+};
+
+// Appends the messages of a delivery, cut as the shell cuts it.
+void Cut(const std::string& value, char eomChar, std::vector<Message>& ioMessages)
 {
-    constexpr std::size_t kSample = 1000;
-    const std::size_t sampleSize = MakeMessages(workload, kSample, '\n').mBuffer.size();
-    return MakeMessages(workload, kDeliverySize * kSample / sampleSize, '\n');
+    constexpr std::size_t kLimit = NActor::kMessageLimit;
+    std::size_t start = CountingHost::TextValue("").size();
+    while (start < value.size()) {
+        const std::size_t length = std::min(value.find(eomChar, start) - start, kLimit);
+        if (start + length < value.size()) {
+            ioMessages.push_back({value.data() + start, static_cast<std::uint32_t>(length)});
+        }
+        start += length + 1;
+    }
 }
 
-// Returns the messages of a text that only the limit of length divides.
-std::vector<Message> CutAtLimit(const std::string& text)
+Deliveries::Deliveries(const Workload& workload, std::vector<std::string> values, char eomChar)
+    : mWorkload(workload), mValues(std::move(values)), mEomChar(eomChar)
 {
-    std::vector<Message> messages;
-    for (std::size_t i = 0; i + NActor::kMessageLimit < text.size(); i += NActor::kMessageLimit + 1)
-        messages.push_back({text.data() + i, NActor::kMessageLimit});
-    return messages;
+    for (const std::string& value : mValues) Cut(value, eomChar, mMessages);
 }
 
-// Returns the number of captured values.
-std::size_t RunEngine(const std::vector<Message>& messages, NPattern::Pattern& ioPattern,
-                      NPattern::CapturedParameters& ioParameters, std::size_t& outMatched)
+// What matched, over all messages.
+struct Matched {
+    std::size_t mMessages = 0;
+    std::size_t mValues = 0;
+};
+
+class Engine {
+  public:
+    explicit Engine(const Workload& workload)
+    {
+        mPattern.SetPatternString(workload.mParsingString);
+    }
+
+    Matched Run(const std::vector<Message>& messages)
+    {
+        Matched matched;
+        for (const Message& message : messages) {
+            const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.mText);
+            if (mPattern.Match(data, message.mLength, mCaptured) == nullptr) continue;
+            benchmark::ClobberMemory();
+            ++matched.mMessages;
+            matched.mValues += mCaptured.Entries().size();
+        }
+        return matched;
+    }
+
+  private:
+    NPattern::Pattern mPattern;
+    NPattern::CapturedParameters mCaptured;
+};
+
+void MeasureEngine(benchmark::State& state, const Deliveries& deliveries)
 {
-    std::size_t values = 0;
-    outMatched = 0;
-    for (const Message& message : messages) {
-        const auto* const data = reinterpret_cast<const NPattern::Byte*>(message.mText);
-        if (ioPattern.Match(data, message.mLength, ioParameters) == nullptr) continue;
-        benchmark::ClobberMemory();
-        values += ioParameters.Entries().size();
-        ++outMatched;
+    Engine engine(deliveries.mWorkload);
+    Matched matched;
+    while (state.KeepRunning()) matched = engine.Run(deliveries.mMessages);
+    state.counters["messages"] = static_cast<double>(deliveries.mMessages.size());
+    state.counters["values"] = static_cast<double>(matched.mValues);
+}
+
+void DeliverAll(CountingHost& ioHost, const Deliveries& deliveries)
+{
+    for (const std::string& value : deliveries.mValues) ioHost.Deliver(value);
+}
+
+// One iteration makes all deliveries. It fails unless each captured value and each trigger is set.
+void MeasureShell(benchmark::State& state, const Deliveries& deliveries)
+{
+    CountingHost host;
+    host.SetParsingString(deliveries.mWorkload.mParsingString);
+    host.SetEomChar(deliveries.mEomChar);
+    DeliverAll(host, deliveries);  // allocates all memory that is reused
+
+    const std::size_t before = AllocationCount();
+    while (state.KeepRunning()) DeliverAll(host, deliveries);
+    const auto allocations = static_cast<double>(AllocationCount() - before);
+    const auto runs = static_cast<std::size_t>(state.iterations());
+    state.counters["allocations"] =
+        allocations / static_cast<double>(runs * deliveries.mValues.size());
+
+    const Matched expected = Engine(deliveries.mWorkload).Run(deliveries.mMessages);
+    if (host.SetValues() != (runs + 1) * (expected.mMessages + expected.mValues)) {
+        state.SkipWithError("unexpected number of values");
+    }
+}
+
+// kind: what is delivered. The benchmarks are named workload/kind/engine and workload/kind/shell.
+void Add(const char* kind, const std::shared_ptr<const Deliveries>& deliveries)
+{
+    const std::string name = std::string(deliveries->mWorkload.mName) + "/" + kind;
+    benchmark::RegisterBenchmark((name + "/engine").c_str(),
+                                 [deliveries](auto& state) { MeasureEngine(state, *deliveries); });
+    benchmark::RegisterBenchmark((name + "/shell").c_str(),
+                                 [deliveries](auto& state) { MeasureShell(state, *deliveries); });
+}
+
+std::vector<std::string> OneByOne(const MessageSet& set)
+{
+    std::vector<std::string> values;
+    for (const Message& message : set.mMessages) {
+        values.push_back(CountingHost::TextValue({message.mText, message.mLength + 1}));
     }
     return values;
 }
 
-void MeasureEngine(benchmark::State& state, const Workload& workload,
-                   const std::vector<Message>& messages)
+// Returns messages, each with a line end, of about kLongDelivery bytes.
+std::string LongText(const Workload& workload)
 {
-    NPattern::Pattern pattern;
-    pattern.SetPatternString(workload.mParsingString);
-    NPattern::CapturedParameters parameters;
-    std::size_t matched = 0;
-    std::size_t values = 0;
-    while (state.KeepRunning()) values = RunEngine(messages, pattern, parameters, matched);
-    state.counters["messages"] = static_cast<double>(messages.size());
-    state.counters["values"] = static_cast<double>(values);
-    state.counters["matched"] = static_cast<double>(matched);
+    constexpr std::size_t kSample = 1000;
+    const std::size_t sampleSize = MakeMessages(workload, kSample, '\n').mBuffer.size();
+    return MakeMessages(workload, kLongDelivery * kSample / sampleSize, '\n').mBuffer;
 }
 
-// values: the number of values that each delivery must set; otherwise the benchmark fails.
-void MeasureShell(benchmark::State& state, const Workload& workload, const std::string& delivery,
-                  char eomChar, std::size_t values)
+void AddWorkload(const Workload& workload, bool instant)
 {
-    CountingHost host;
-    host.SetParsingString(workload.mParsingString);
-    host.SetEomChar(eomChar);
-    std::size_t deliveries = 0;
-    while (state.KeepRunning()) {
-        host.Deliver(delivery);
-        ++deliveries;
-    }
-    if (host.SetValues() != deliveries * values) state.SkipWithError("unexpected number of values");
-}
-
-// cutAtLimit: only the limit of length divides the delivery into messages, not its line ends.
-void AddWorkload(const Workload& workload, bool cutAtLimit)
-{
-    const auto set = std::make_shared<MessageSet>(MakeDelivery(workload));
-    if (cutAtLimit) set->mMessages = CutAtLimit(set->mBuffer);
-    const char eomChar = cutAtLimit ? '\x01' : '\n';
-
-    NPattern::Pattern pattern;
-    pattern.SetPatternString(workload.mParsingString);
-    NPattern::CapturedParameters parameters;
-    std::size_t matched = 0;
-    const std::size_t captures = RunEngine(set->mMessages, pattern, parameters, matched);
-
-    const std::string name = std::string(workload.mName) + (cutAtLimit ? "/limit/" : "/lines/");
-    benchmark::RegisterBenchmark((name + "engine").c_str(), [&workload, set](auto& state) {
-        MeasureEngine(state, workload, set->mMessages);
-    });
-    benchmark::RegisterBenchmark((name + "shell").c_str(),
-                                 [&workload, delivery = CountingHost::TextValue(set->mBuffer),
-                                  eomChar, values = captures + matched](auto& state) {
-                                     MeasureShell(state, workload, delivery, eomChar, values);
-                                 });
+    const auto add = [&workload](const char* kind, std::vector<std::string> values, char eomChar) {
+        Add(kind, std::make_shared<const Deliveries>(workload, std::move(values), eomChar));
+    };
+    add("single", OneByOne(MakeMessages(workload, MessageCount(instant), '\n')), '\n');
+    const std::string longText = LongText(workload);
+    add("lines", {CountingHost::TextValue(longText)}, '\n');
+    add("limit", {CountingHost::TextValue(longText)}, kNoEomChar);
 }
 
 }  // namespace
 
-void RegisterBenchmarks()
+void RegisterBenchmarks(bool instant)
 {
     for (const Workload& workload : kWorkloads) {
-        if (&workload == &kWorkloads[kPacket]) continue;
-        AddWorkload(workload, false);
-        AddWorkload(workload, true);
+        if (&workload != &kWorkloads[kPacket]) AddWorkload(workload, instant);
     }
 }
 

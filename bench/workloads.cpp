@@ -111,17 +111,18 @@ MessageSet MakeMessages(const Workload& workload, std::size_t count, char termin
 {
     Random random;
     std::unordered_set<std::string> seen;
-    std::vector<std::string> texts;
-    while (texts.size() < count) {
-        std::string text = workload.mMakeMessage(random);
-        if (seen.insert(text).second) texts.push_back(std::move(text));
-    }
     MessageSet set;
-    for (const std::string& text : texts) (set.mBuffer += text) += terminator;
+    while (set.mMessages.size() < count) {
+        const auto [text, isNew] = seen.insert(workload.mMakeMessage(random));
+        if (!isNew) continue;
+        (set.mBuffer += *text) += terminator;
+        set.mMessages.push_back({nullptr, static_cast<std::uint32_t>(text->size())});
+    }
+    // Only now, because the buffer has moved while it grew.
     const char* next = set.mBuffer.data();
-    for (const std::string& text : texts) {
-        set.mMessages.push_back({next, static_cast<std::uint32_t>(text.size())});
-        next += text.size() + 1;
+    for (Message& message : set.mMessages) {
+        message.mText = next;
+        next += message.mLength + 1;
     }
     return set;
 }

@@ -100,7 +100,7 @@ std::size_t OperationIn(std::string_view text)
     return (static_cast<unsigned char>(text.front()) - std::size_t{'a'}) % kAny;
 }
 
-std::string_view Behind(std::string_view text)
+std::string_view After(std::string_view text)
 {
     return text.substr(std::min<std::size_t>(text.size(), 1));
 }
@@ -137,7 +137,7 @@ void Session::Do(std::string_view line)
         case 'u': mHost.mReusesBlocks = true; break;
         case 'f':
             mHonest = false;
-            mCallsToFailure[OperationIn(text)] = static_cast<int>(NumberIn(Behind(text)));
+            mCallsToFailure[OperationIn(text)] = static_cast<int>(NumberIn(After(text)));
             break;
         case 'm':
             mHonest = false;
@@ -146,7 +146,7 @@ void Session::Do(std::string_view line)
             break;
         case 'r':
             mHonest = false;
-            mInside[OperationIn(text)].push_back(Behind(text));
+            mInside[OperationIn(text)].push_back(After(text));
             break;
         default:
             if (!mInstances.empty()) DoFor(*mInstances[mCurrent % mInstances.size()], verb, text);

@@ -27,4 +27,4 @@ need_packages() {
 }
 
 need_build_packages() { need_packages g++ cmake ninja-build libcli11-dev nlohmann-json3-dev; }
-need_bench_packages() { need_packages libbenchmark-dev libpcre2-dev libre2-dev pkgconf; }
+need_bench_packages() { need_packages libbenchmark-dev libpcre2-dev libre2-dev pkgconf python3; }

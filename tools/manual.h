@@ -10,7 +10,7 @@ class App;
 
 namespace NSift {
 
-// Gives app the description, the sections behind the options, and lines as wide as a terminal.
+// Sets the description of app, the sections after the options, and the width of the lines.
 void FormatHelp(CLI::App& app);
 
 // Writes the page in the form that man reads.

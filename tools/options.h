@@ -1,4 +1,4 @@
-// What the user of sift asked for.
+// The command line of sift.
 
 #pragma once
 
@@ -33,8 +33,8 @@ struct Options {
     std::string mPlugin;  // path of the module
 };
 
-// Reads the command line. Where there is nothing to run (help, or a mistake, which is told on
-// standard error) it gives no options and an exit status.
+// Reads the command line. If there is nothing to run, because of --help or of a mistake, which it
+// reports on standard error, returns nothing and sets an exit status.
 std::optional<Options> ParseOptions(int argc, char** argv, int& outExitStatus);
 
 }  // namespace NSift

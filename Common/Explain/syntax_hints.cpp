@@ -265,7 +265,7 @@ std::string NumberNeed(const Place& place)
 
 std::string SetNeed(const Place& place)
 {
-    const std::string classes = "one of " + Joined(WordsOf(NPattern::kByteClasses), " ");
+    std::string classes = "one of " + Joined(WordsOf(NPattern::kByteClasses), " ");
     if (place.HasCount()) return classes;
     const bool isText = place.WordIsSymbol('[');
     if (!isText && !place.WordIsSymbol('{')) return classes + ", or [ or {";

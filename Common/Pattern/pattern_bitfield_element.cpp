@@ -182,6 +182,7 @@ const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 // In a larger block the 32 bits of a field lie in at most five bytes, wherever they start.
 void BitfieldElement::PlaceFields()
 {
+    mPlaces.reserve(mFields.size());
     for (const BitfieldField& field : mFields) {
         BitPlace& place = mPlaces.emplace_back();
         place.mMask = 0xFFFFFFFFU >> (kMostBits - 1 - (field.mEndBit - field.mStartBit));

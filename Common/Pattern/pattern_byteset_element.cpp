@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "pattern_memory.h"
+#include "pattern_byteset_steps.h"
 
 namespace NPattern {
 
@@ -48,34 +48,27 @@ enum SetState {
 
 using SetTable = SetState[kSetStateCount][kTokenClassCount];
 
-// Columns: '^', '-', ']', any other token, the end. Out of place, a '^' or '-' is a plain member,
-// also as the upper bound of a range.
+// clang-format off
+// Out of place, a '^' or '-' is a plain member, also as the upper bound of a range.
 constexpr SetTable kCharacterSetTable = {
-    // kStart
-    {kAfterNegation, kAfterMember, kUnfinished, kAfterMember, kUnfinished},
-    // kAfterNegation
-    {kAfterMember, kAfterMember, kUnfinished, kAfterMember, kUnfinished},
-    // kAfterMember
-    {kAfterMember, kAfterMemberAndRange, kDone, kAfterMember, kUnfinished},
-    // kAfterMemberAndRange
-    {kAfterRange, kAfterRange, kMisplaced, kAfterRange, kMisplaced},
-    // kAfterRange
-    {kAfterMember, kAfterMember, kDone, kAfterMember, kUnfinished},
+    // '^'           '-'                   ']'          other         end
+    {kAfterNegation, kAfterMember,         kUnfinished, kAfterMember, kUnfinished},  // start
+    {kAfterMember,   kAfterMember,         kUnfinished, kAfterMember, kUnfinished},  // after ^
+    {kAfterMember,   kAfterMemberAndRange, kDone,       kAfterMember, kUnfinished},  // member
+    {kAfterRange,    kAfterRange,          kMisplaced,  kAfterRange,  kMisplaced},   // and -
+    {kAfterMember,   kAfterMember,         kDone,       kAfterMember, kUnfinished},  // range
 };
 
-// Columns: '^', '-', '}', any other token, the end. Out of place, a '^' or '-' is an error.
+// Out of place, a '^' or '-' is an error.
 constexpr SetTable kByteSetTable = {
-    // kStart
-    {kAfterNegation, kMisplaced, kUnfinished, kAfterMember, kUnfinished},
-    // kAfterNegation
-    {kMisplaced, kMisplaced, kUnfinished, kAfterMember, kUnfinished},
-    // kAfterMember
-    {kMisplaced, kAfterMemberAndRange, kDone, kAfterMember, kUnfinished},
-    // kAfterMemberAndRange
-    {kMisplaced, kMisplaced, kUnclosedRange, kAfterRange, kUnfinished},
-    // kAfterRange
-    {kMisplaced, kMisplaced, kDone, kAfterMember, kUnfinished},
+    // '^'           '-'                   '}'             other         end
+    {kAfterNegation, kMisplaced,           kUnfinished,    kAfterMember, kUnfinished},  // start
+    {kMisplaced,     kMisplaced,           kUnfinished,    kAfterMember, kUnfinished},  // after ^
+    {kMisplaced,     kAfterMemberAndRange, kDone,          kAfterMember, kUnfinished},  // member
+    {kMisplaced,     kMisplaced,           kUnclosedRange, kAfterRange,  kUnfinished},  // and -
+    {kMisplaced,     kMisplaced,           kDone,          kAfterMember, kUnfinished},  // range
 };
+// clang-format on
 
 // A member is the first byte of the text, whatever the type of the token: after a bracket that
 // changed the mode of the lexer, the body goes on in words and numbers.
@@ -99,129 +92,6 @@ TokenClass ClassOf(const std::vector<LToken>& tokens, TokenCursor cursor, std::s
     if (token.mText == "^") return kNegation;
     if (token.mText == "-") return kRange;
     return token.mText == closing ? kClosing : kMember;
-}
-
-// What a set step captures, beside nothing: a string, an integer of the first bytes in either byte
-// order, or any other value, by a setter of Parameter.
-enum SetCapture {
-    kCapturesNothing,
-    kCapturesString,
-    kCapturesLittleEndian,
-    kCapturesBigEndian,
-    kCapturesOther,
-    kSetCaptureCount
-};
-
-struct SetOperands {
-    const BytesetElement* mElement;
-    const std::uint32_t* mMembers;
-    std::uint32_t mLength;  // 0: a run of any length
-    std::uint32_t mValue;
-};
-
-// Returns the length of the run at the start of the message, 0 for no match.
-std::uint32_t RunLengthOf(const std::uint32_t* members, std::uint32_t wanted, const Byte* data,
-                          std::uint32_t length)
-{
-    if (length < wanted) return 0;
-    const std::uint32_t most = wanted != 0 ? wanted : length;
-    std::uint32_t run = 0;
-    while (run < most && members[data[run]] != 0) ++run;
-    return run < wanted ? 0 : run;
-}
-
-// Captures the run by a setter of Parameter. The steps below jump here for what is rare, so that
-// the common case calls nothing.
-const Byte* RunBySetter(const Step* step, const Byte* current, const Byte* end, Parameter* values)
-{
-    const auto& operands = step->Get<SetOperands>();
-    const std::uint32_t run = RunLengthOf(operands.mMembers, operands.mLength, current,
-                                          static_cast<std::uint32_t>(end - current));
-    Parameter& value = values[operands.mValue];
-    if (operands.mElement->IsBinary()) {
-        value.SetBinaryValue(current, run);
-    } else {
-        value.SetTextValue(current, run, false);
-    }
-    return RunNextStep(step, current + run, end, values);
-}
-
-// Stores what the setter of Parameter would, or returns false.
-template <SetCapture kCapture>
-bool StoreRun(const Byte* data, std::uint32_t length, Parameter& outParameter)
-{
-    if (kCapture == kCapturesString) {
-        AssignBytes(outParameter.mStringValue, reinterpret_cast<const char*>(data), length);
-        return true;
-    }
-    if (kCapture == kCapturesOther || length > sizeof(std::uint32_t)) return false;
-    std::uint32_t value = 0;
-    for (std::uint32_t i = 0; i < length; ++i) {
-        value = kCapture == kCapturesLittleEndian ? value | std::uint32_t{data[i]} << 8 * i
-                                                  : value << 8 | data[i];
-    }
-    outParameter.mIntValue = static_cast<std::int32_t>(value);
-    return true;
-}
-
-template <bool kSkipsSpace, SetCapture kCapture>
-const Byte* RunSet(const Step* step, const Byte* current, const Byte* end, Parameter* values)
-{
-    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
-    const auto& operands = step->Get<SetOperands>();
-    const std::uint32_t run = RunLengthOf(operands.mMembers, operands.mLength, current,
-                                          static_cast<std::uint32_t>(end - current));
-    if (run == 0) return nullptr;
-    if constexpr (kCapture != kCapturesNothing) {
-        if (!StoreRun<kCapture>(current, run, values[operands.mValue])) {
-            return RunBySetter(step, current, end, values);
-        }
-    }
-    return RunNextStep(step, current + run, end, values);
-}
-
-// A number of bytes of any value, before which white space is never skipped.
-template <SetCapture kCapture>
-const Byte* RunAnyBytes(const Step* step, const Byte* current, const Byte* end, Parameter* values)
-{
-    const auto& operands = step->Get<SetOperands>();
-    if (static_cast<std::size_t>(end - current) < operands.mLength) return nullptr;
-    if constexpr (kCapture != kCapturesNothing) {
-        if (!StoreRun<kCapture>(current, operands.mLength, values[operands.mValue])) {
-            return RunBySetter(step, current, end, values);
-        }
-    }
-    return RunNextStep(step, current + operands.mLength, end, values);
-}
-
-using StepFunctionPair = StepFunction[2];
-
-// Indexed by SetCapture.
-constexpr StepFunctionPair kSetSteps[kSetCaptureCount] = {
-    {RunSet<false, kCapturesNothing>, RunSet<true, kCapturesNothing>},
-    {RunSet<false, kCapturesString>, RunSet<true, kCapturesString>},
-    {RunSet<false, kCapturesLittleEndian>, RunSet<true, kCapturesLittleEndian>},
-    {RunSet<false, kCapturesBigEndian>, RunSet<true, kCapturesBigEndian>},
-    {RunSet<false, kCapturesOther>, RunSet<true, kCapturesOther>},
-};
-constexpr StepFunctionPair kAnyBytesSteps[kSetCaptureCount] = {
-    {RunAnyBytes<kCapturesNothing>, RunAnyBytes<kCapturesNothing>},
-    {RunAnyBytes<kCapturesString>, RunAnyBytes<kCapturesString>},
-    {RunAnyBytes<kCapturesLittleEndian>, RunAnyBytes<kCapturesLittleEndian>},
-    {RunAnyBytes<kCapturesBigEndian>, RunAnyBytes<kCapturesBigEndian>},
-    {RunAnyBytes<kCapturesOther>, RunAnyBytes<kCapturesOther>},
-};
-
-SetCapture CaptureOf(ParameterType type, bool isBinary)
-{
-    switch (type) {
-        case kTypeString: return kCapturesString;
-        case kTypeLInteger: return isBinary ? kCapturesLittleEndian : kCapturesOther;
-        case kTypeBInteger: return isBinary ? kCapturesBigEndian : kCapturesOther;
-        case kTypeFloat: return kCapturesOther;
-        case kTypeNone: break;
-    }
-    return kCapturesNothing;
 }
 
 }  // namespace
@@ -406,12 +276,12 @@ const Byte* BytesetElement::Match(const Byte* data, std::uint32_t length)
 
 void BytesetElement::Emit(Program& ioProgram)
 {
-    const SetCapture capture = CaptureOf(mParameter.mType, mBinary);
-    if (capture == kCapturesNothing && mLength == 1 && EmitAsText(ioProgram)) return;
-    SetOperands operands{this, mMembers.data(), static_cast<std::uint32_t>(mLength), 0};
-    if (capture != kCapturesNothing) operands.mValue = ioProgram.AddCapture(mParameter);
-    const auto& steps = mClass == kClassAnyByte ? kAnyBytesSteps : kSetSteps;
-    ioProgram.AddStep(steps[capture], operands);
+    const bool captures = mParameter.mType != kTypeNone;
+    if (!captures && mLength == 1 && EmitAsText(ioProgram)) return;
+    SetOperands operands{mMembers.data(), static_cast<std::uint32_t>(mLength), 0, mBinary,
+                         mClass == kClassAnyByte};
+    if (captures) operands.mValue = ioProgram.AddCapture(mParameter);
+    AddSetStep(operands, mParameter.mType, ioProgram);
 }
 
 bool BytesetElement::EmitAsText(Program& ioProgram) const

@@ -1,5 +1,7 @@
 #include "pattern_element.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "pattern_elements.h"
@@ -32,6 +34,33 @@ constexpr ElementForm kElementForms[] = {
 };
 // Every class of element but WhitespaceElement has a form.
 static_assert(std::size(kElementForms) + 1 == std::variant_size_v<ElementPointer>);
+
+struct ElementOperands {
+    Element* mElement;
+    std::uint32_t mFirstValue;
+};
+
+// Out of line, so that the vector does not stand in the way of the tail call.
+const Byte* MatchElement(const ElementOperands& operands, const Byte* current, const Byte* end,
+                         Parameter* values)
+{
+    Element& element = *operands.mElement;
+    const Byte* const rest = element.Match(current, static_cast<std::uint32_t>(end - current));
+    if (rest == nullptr) return nullptr;
+    std::vector<Parameter> captures;
+    element.CollectParameters(captures);
+    std::move(captures.begin(), captures.end(), values + operands.mFirstValue);
+    return rest;
+}
+
+template <bool kSkipsSpace>
+const Byte* RunElement(const Step* step, const Byte* current, const Byte* end, Parameter* values)
+{
+    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
+    current = MatchElement(step->Get<ElementOperands>(), current, end, values);
+    if (current == nullptr) return nullptr;
+    return RunNextStep(step, current, end, values);
+}
 
 }  // namespace
 
@@ -77,7 +106,14 @@ void Element::CollectParameters(std::vector<Parameter>& ioList) const
 
 void Element::Emit(Program& ioProgram)
 {
-    ioProgram.AddElement(*this);
+    std::vector<Parameter> captures;
+    CollectParameters(captures);
+    ElementOperands operands{this, 0};
+    for (const Parameter& capture : captures) {
+        const std::uint32_t position = ioProgram.AddCapture(capture);
+        if (&capture == &captures.front()) operands.mFirstValue = position;
+    }
+    ioProgram.AddStep({RunElement<false>, RunElement<true>}, operands);
 }
 
 void Element::ParseDeclaration(const std::vector<LToken>& tokens, TokenCursor& ioCursor)

@@ -137,7 +137,7 @@ bool TakeDigits(std::string_view& ioText, unsigned radix, ScannedNumber& outNumb
 }
 
 // The exponent at the start of text, 0 if there is none. The letter counts only if digits follow.
-std::int64_t ExponentOf(std::string_view text, char letter)
+std::int64_t ExponentOf(std::string_view text, Byte letter)
 {
     if (text.empty() || ToLower(static_cast<Byte>(text[0])) != letter) return 0;
     text.remove_prefix(1);

@@ -195,8 +195,7 @@ LToken NextNormalToken(const std::string& parseString, std::size_t& ioCursor)
 void Tokenize(std::vector<LToken>& outTokens, const std::string& parseString)
 {
     outTokens.clear();
-    outTokens.reserve(parseString.size() / 2 +
-                      1);  // few tokens have one byte and no space after it
+    outTokens.reserve(parseString.size() / 4 + 1);  // about as many as most strings have
     std::size_t cursor = 0;
     LexerMode mode = kNormalMode;
     do {

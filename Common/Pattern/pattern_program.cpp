@@ -1,9 +1,9 @@
 #include "pattern_program.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
-#include "pattern_element.h"
 #include "pattern_memory.h"
 
 namespace NPattern {
@@ -71,33 +71,6 @@ constexpr auto MakeTextSteps(std::index_sequence<kIndexes...> /*sizes*/)
 // Indexed by the size of the text less 1.
 constexpr auto kTextSteps = MakeTextSteps(std::make_index_sequence<kLongestText>());
 
-struct ElementOperands {
-    Element* mElement;
-    std::uint32_t mFirstValue;
-};
-
-// Out of line, so that the vector does not stand in the way of the tail call.
-const Byte* MatchElement(const ElementOperands& operands, const Byte* current, const Byte* end,
-                         Parameter* values)
-{
-    Element& element = *operands.mElement;
-    const Byte* const rest = element.Match(current, static_cast<std::uint32_t>(end - current));
-    if (rest == nullptr) return nullptr;
-    std::vector<Parameter> captures;
-    element.CollectParameters(captures);
-    std::move(captures.begin(), captures.end(), values + operands.mFirstValue);
-    return rest;
-}
-
-template <bool kSkipsSpace>
-const Byte* RunElement(const Step* step, const Byte* current, const Byte* end, Parameter* values)
-{
-    if (!BeginStep<kSkipsSpace>(current, end)) return nullptr;
-    current = MatchElement(step->Get<ElementOperands>(), current, end, values);
-    if (current == nullptr) return nullptr;
-    return RunNextStep(step, current, end, values);
-}
-
 const Byte* EndProgram(const Step* /*step*/, const Byte* current, const Byte* /*end*/,
                        Parameter* /*values*/)
 {
@@ -131,15 +104,6 @@ void Program::AddText(std::string_view text, bool caseSensitive)
         mText.push_back(c);
         mFold.push_back(ignoresCase ? static_cast<char>(kCaseBit) : '\0');
     }
-}
-
-void Program::AddElement(Element& element)
-{
-    std::vector<Parameter> captures;
-    element.CollectParameters(captures);
-    AddStep({RunElement<false>, RunElement<true>},
-            ElementOperands{&element, static_cast<std::uint32_t>(mCaptures.size())});
-    for (const Parameter& capture : captures) AddCapture(capture);
 }
 
 std::uint32_t Program::AddCapture(const Parameter& capture)

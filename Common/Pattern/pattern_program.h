@@ -15,7 +15,6 @@
 
 namespace NPattern {
 
-class Element;
 struct Step;
 
 // Runs a step, and then the rest of the program. Matches from current on and writes what it
@@ -40,7 +39,8 @@ struct Step {
 
 // How a step function ends after its step has matched up to current. With tail calls it jumps to
 // the next step. Otherwise it returns, and Program::Run calls the next step, so that a long program
-// does not use more stack than a short one.
+// does not use more stack than a short one. Only the sources of the engine are built with
+// WORD_SIFTER_TAIL_CALLS, so no others may define step functions.
 inline const Byte* RunNextStep([[maybe_unused]] const Step* step, const Byte* current,
                                [[maybe_unused]] const Byte* end, [[maybe_unused]] Parameter* values)
 {
@@ -67,7 +67,8 @@ bool BeginStep(const Byte*& ioCurrent, const Byte* end)
 enum ValueKind { kNoValue, kStringValue, kFloatValue, kIntegerValue, kValueKindCount };
 ValueKind ValueKindOf(ParameterType type);
 
-// The steps of a parsing string in their order, and its captures. Refers to elements and owns none.
+// The steps of a parsing string in their order, and its captures. What the operands of the steps
+// refer to, mostly the elements that emitted them, must outlive the program.
 class Program {
   public:
     // Lets the next step skip white space first.
@@ -86,9 +87,6 @@ class Program {
         static_assert(alignof(Operands) <= alignof(std::uint64_t));
         ::new (static_cast<void*>(NewStep(run).mOperands)) Operands(operands);
     }
-
-    // A step that calls Element::Match and then copies the values that the element collects.
-    void AddElement(Element& element);
 
     // Adds a capture with this name and type. Returns its position among the values.
     std::uint32_t AddCapture(const Parameter& capture);

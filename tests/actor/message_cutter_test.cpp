@@ -1,4 +1,4 @@
-// Which messages a text gives.
+// Which messages a text is cut into.
 
 #include "actor/message_cutter.h"
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-// The text lies in a block of exactly its length and its NUL.
+// The text is in a block of exactly its length and its NUL.
 Texts MessagesOf(const std::string& text, std::uint8_t eomChar)
 {
     const std::vector<unsigned char> bytes(text.c_str(), text.c_str() + text.size() + 1);

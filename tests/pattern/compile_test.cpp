@@ -144,7 +144,7 @@ TEST(Compile, TellsTheErrorAndItsPlace)
             const bool atToken = error.mMessage.find("Syntax") == 0;
             EXPECT_EQ(error.mFile, atToken ? "pattern_element.cpp" : "pattern_ltoken.cpp");
         }
-        EXPECT_EQ(MatchResult(pattern, "x"), "no match") << "left behind by " << row.mPattern;
+        EXPECT_EQ(MatchResult(pattern, "x"), "no match") << "after " << row.mPattern;
     }
 }
 

@@ -70,7 +70,7 @@ TEST(Match, Strings)
     });
     Pattern pattern;
     pattern.SetPatternString("n:s='a\0bc'"s);
-    EXPECT_EQ(MatchResult(pattern, "a\0XYZ"s), "n=\"a\0XY\" | Z"s);  // unseen behind the NUL
+    EXPECT_EQ(MatchResult(pattern, "a\0XYZ"s), "n=\"a\0XY\" | Z"s);  // not compared after the NUL
     EXPECT_EQ(MatchResult(pattern, "aXXX"), "no match");
     EXPECT_EQ(MatchResult(pattern, "a\0X"s), "no match");
     pattern.SetPatternString("'a\0bc'"s);

@@ -146,7 +146,7 @@ TEST(Parameter, ExactFloatsAreThoseOfTheCLibrary)
     }
 }
 
-// The quick way of a number element and the exact way give the same bits.
+// The conversion while a number is scanned produces the same bits as the exact one.
 TEST(Parameter, NumbersConvertedWhileScannedAreTheSame)
 {
     Pattern pattern;
@@ -173,7 +173,7 @@ TEST(Parameter, IntegersAreClampedTo32Bits)
         for (const char* text :
              {"12", " \r\n-7", "-", "0x1F", "0x", "0xG", "-0x80000001", "ff", "2147483648",
               "-2147483649", "99999999999999999999", "FFFFFFFF", "12abc", "-+1", ""}) {
-            // strtol gives 64 bits here; what is asked for is the nearest 32-bit value.
+            // strtol returns 64 bits here; the engine returns the nearest 32-bit value.
             const long value = std::strtol(text, nullptr, hex ? 16 : 10);
             const long expected = std::min(std::max(value, long{INT_MIN}), long{INT_MAX});
             EXPECT_EQ(IntegerOf(text + "\0 9"s, hex), expected) << text << (hex ? " hex" : "");

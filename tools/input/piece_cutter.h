@@ -17,7 +17,7 @@ class PieceCutter {
     // least 1.
     PieceCutter(char end, std::size_t longest) : mEnd(end), mLongest(longest) {}
 
-    // Calls take with each piece that the block completes. It is valid only during the call.
+    // Calls take with each piece that the block completes. A piece is valid only during the call.
     template <typename Take>
     void Cut(std::string_view block, Take take)
     {
