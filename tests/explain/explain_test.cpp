@@ -57,6 +57,11 @@ TEST(Explain, SaysWhatEachPieceMeans)
         {"[^\\]]", "one or more characters except ']'"},
         {"{0D 41-5A}", "one or more of the bytes 0D, 41 to 5A"},
         {"{{00-FF}}", "exactly one byte of any value"},
+        {"{^00-FF}", "nothing: the set excludes every byte"},
+        {"'a\\?b?'",
+         R"(the text "a?b?", with uppercase and lowercase as written; each ? without a )"
+         "backslash before it is any one character"},
+        {"{00-80}", "one or more bytes except 81 to FF"},
         {"n:i={00-FE}",
          "one or more bytes except FF | n: an integer, least significant byte first"},
         {"(a=0-3, 7-7)",
@@ -138,6 +143,7 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"{0A0D}", kErrorInvalidByteValue, 1, 4, ": 0A 0D"},
         {"{ A}", kErrorInvalidByteValue, 2, 1, ": 0A"},
         {"{123}", kErrorInvalidByteValue, 1, 3, "separate bytes"},
+        {"{0x41}", kErrorInvalidByteValue, 1, 1, "no prefix 0x"},
         {"{41 z}", kErrorUnexpectedCharacter, 4, 1, "between [ and ]"},
         {"'a'  !", kErrorUnexpectedCharacter, 5, 1, "outside quotes and sets"},
         {"\xE2\x80\x9C z", kErrorUnexpectedCharacter, 0, 3, "not a plain quote"},
@@ -163,6 +169,10 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"2 bytes:L", kErrorSyntax, 7, 1, "linteger or binteger"},
         {"(a=0-32)", kErrorSyntax, 0, 1, "0-32 is wider"},
         {"(a=1)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"(a=-40)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"(1-2,) (0-63)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"(1-2,) {00-FF}", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"3 eol", kErrorSyntax, 0, 1, "before eol"},
         {"'a', 'b'", kErrorSyntax, 3, 1, "quotes: ','"},
         {"'a' )", kErrorSyntax, 4, 1, "nothing open that ')'"},
         {"[]", kErrorSyntax, 0, 1, nullptr},
@@ -215,7 +225,7 @@ TEST(Explain, NamesEveryWordThatCouldHaveStoodThere)
 
 struct MissRow {
     const char* mPattern;
-    const char* mMessage;
+    std::string mMessage;
     std::string mFound;  // and after " at " the byte where it stopped, or " before " the piece
     std::string mHints;  // the beginning of each, with '|' after it
     bool mIsCut = false;
@@ -236,12 +246,25 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"# 'V'", "5e3", "\"e3\" at 1", "name:float=[-+.0-9Ee] reads a number with an exponent|"},
         {"x ';'", "0x1F", "\"x1F\" at 1", "a prefix 0x is not part of a number|"},
         {"x", "-1", "'-' at 0", "a hexadecimal number has no sign|"},
+        {"# 'V'", "5e", "\"e\" at 1", ""},
+        {"# 'V'", "5 e3", "\"e3\" at 2", ""},
+        {"# 'V'", "5 .5", "\".5\" at 2", ""},
+        {"'?a?'", "ba\0"s,
+         "\"ba\\x00\", which differs at character 3: byte 00 instead of any other character at 0",
+         ""},
         {"'b'", "aab", "\"aab\" at 0", "this text comes later, after \"aa\"|"},
         {"n:s=chars ';'", "abc;", "nothing before 2", "piece 1 took \"abc;\"|"},
         {"[^,] 'x'", "ab", "nothing before 2", "piece 1 took \"ab\"|"},
+        {"[^,] 'x'", "a", "nothing before 2", ""},
+        {"# '5'", "15", "nothing before 2", "piece 1 took \"15\"|"},
+        {"4 bytes 'x'", "abcd", "nothing before 2", ""},
+        {"'aXb' 'X'", "aXbY", "\"Y\" at 3", ""},
+        {"#", "*1", "'*' at 0", ""},
         {"3 letters", "ab1", "only 2 of them, then '1' at 0", ""},
         {"3 letters", "ab", "only 2 of them, then the message ends at 0", ""},
         {"(0-15)", "a", "only 1 byte at 0", ""},
+        {"'a' (0-15)", "a ", "only 1 byte at 1", ""},
+        {"2 bytes", " ", "only 1 of them, then the message ends at 0", ""},
         {"#", "\x01", "byte 01 at 0", ""},
         {"'a' #", "a", "nothing before 2", "the message goes on with a byte 00|", true},
         {"'a' #", "a", "nothing before 2", ""},
