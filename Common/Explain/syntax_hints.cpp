@@ -142,10 +142,10 @@ std::string HintZeroCount(const Place& place)
 
 std::string HintCountAfterWord(const Place& place)
 {
-    if (place.Token(0).mType != NPattern::kNumber) return "";
-    const std::string& word = place.Token(-1).mText;
-    if (word == "." || !IsCountable(word)) return "";
-    return CountBefore(place.Token(0).mText, word);
+    const LToken& word = place.Token(-1);
+    const bool isWord = word.mType == NPattern::kIdentifier || word.mType == NPattern::kSymbol;
+    if (place.Token(0).mType != NPattern::kNumber || !isWord || !IsCountable(word.mText)) return "";
+    return CountBefore(place.Token(0).mText, word.mText);
 }
 
 std::string HintOrderAfterBytes(const Place& place)

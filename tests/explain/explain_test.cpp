@@ -139,6 +139,8 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"'x' \"\"", kErrorEmptyQuotes, 4, 2, "leave it out"},
         {"n:s=[abc", kErrorUnclosedSet, 4, 1, "has no closing ]"},
         {"{41 ", kErrorUnclosedSet, 0, 1, "has no closing }"},
+        {"'x' [a] {41", kErrorUnclosedSet, 8, 1, "has no closing }"},
+        {"[a\\[b", kErrorUnclosedSet, 0, 1, "has no closing ]"},
         {"[a\\", kErrorUnfinishedEscape, 0, 1, "has no closing ]"},
         {"{0A0D}", kErrorInvalidByteValue, 1, 4, ": 0A 0D"},
         {"{ A}", kErrorInvalidByteValue, 2, 1, ": 0A"},
@@ -159,6 +161,9 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"t=.#", kErrorSyntax, 0, 1, "t:float="},
         {"n:flaot=.#", kErrorSyntax, 0, 1, "did you mean float? The types are string, float, "},
         {"n:zzzz=.#", kErrorSyntax, 0, 1, "'zzzz' is not a type. The types are"},
+        {"n:flxyz=#", kErrorSyntax, 0, 1, "'flxyz' is not a type. The types are"},
+        {"n:i==#", kErrorSyntax, 0, 1, nullptr},
+        {"'x' 5", kErrorSyntax, 4, 1, "quotes: '5'"},
         {"n:i=", kErrorSyntax, 0, 1, "after n:i= comes the piece"},
         {"n:i=(0-7)", kErrorSyntax, 0, 1, "(n=0-7)"},
         {"0 chars", kErrorSyntax, 0, 1, "at least 1"},
@@ -240,8 +245,10 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"# 'H='", "5 H:4", "\"H:4\", which differs at character 2: ':' instead of '=' at 2", ""},
         {"'abc'", "ab", "\"ab\", where the message ends at 0", ""},
         {"#", " 5", "space at 0", "white space at the start of a message|"},
-        {"2 bytes #", "ab 5", "space at 2", "white space is skipped only between two|"},
-        {"# [[ ,]]", "5\t", "tab at 1", "white space is skipped only between two|"},
+        {"2 bytes #", "ab 5", "space at 2",
+         "white space is skipped only between two pieces that read text, and piece 1 reads bytes|"},
+        {"# [[ ,]]", "5\t", "tab at 1",
+         "white space is skipped only between two pieces that read text, and piece 2 reads bytes|"},
         {"# 'C'", "5.2C", "\".2C\" at 1", "write a number that may have|this text comes later|"},
         {"# 'V'", "5e3", "\"e3\" at 1", "name:float=[-+.0-9Ee] reads a number with an exponent|"},
         {"x ';'", "0x1F", "\"x1F\" at 1", "a prefix 0x is not part of a number|"},
@@ -259,7 +266,8 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"# '5'", "15", "nothing before 2", "piece 1 took \"15\"|"},
         {"4 bytes 'x'", "abcd", "nothing before 2", ""},
         {"'aXb' 'X'", "aXbY", "\"Y\" at 3", ""},
-        {"#", "*1", "'*' at 0", ""},
+        {"eol 'x'", "ab\n", "nothing before 2", "piece 1 took \"ab\\n\"|"},
+        {"'x'", std::string(21, 'a'), "\"aaaaaaaaaaaaaaaaaaaa\" ... at 0", ""},
         {"3 letters", "ab1", "only 2 of them, then '1' at 0", ""},
         {"3 letters", "ab", "only 2 of them, then the message ends at 0", ""},
         {"(0-15)", "a", "only 1 byte at 0", ""},
@@ -350,6 +358,8 @@ TEST(Explain, ShowsBytesAsText)
 {
     EXPECT_EQ(Escaped("a\n\r\t\x01\x7F\xC2\x85\xC3\xA4\xFF"),
               "a\\n\\r\\t\\x01\\x7F\\xC2\\x85\xC3\xA4\\xFF");
+    EXPECT_EQ(Escaped("\xC2\x9F\xC2\xA0"), "\\xC2\\x9F\xC2\xA0");
+    EXPECT_FALSE(IsUtf8(std::string_view("a\xE2\x82\xAC").substr(0, 3)));
     EXPECT_EQ(Quoted("a\"b"), "\"a\\\"b\"");
     EXPECT_EQ(Quoted("ab"), "ab");
     EXPECT_EQ(Quoted(""), "\"\"");
@@ -366,7 +376,9 @@ TEST(Explain, ShowsBytesAsText)
                            {"\xF0\x90\x80\x80", true},
                            {"\xF4\x90\x80\x80", false},
                            {"\xE2\x82", false},
-                           {"\x80", false}}) {
+                           {"\x80", false},
+                           {"\xE2\x82\x41", false},
+                           {"\xF5\x80\x80\x80", false}}) {
         EXPECT_EQ(IsUtf8(row.mText), row.mIsUtf8) << HexOf(row.mText);
     }
 }
