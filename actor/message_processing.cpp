@@ -97,7 +97,6 @@ void ParseInputText(const HostCall& call, const char* text)
     const bool copied = buffers != nullptr && buffers->mText.Assign(text, length);
     // Without a buffer the delivery is dropped: the next one may find memory again.
     if (!call.Check(copied, "buffer != NULL", __LINE__)) return;
-    if (watch.Record() == nullptr) return;
 
     // SetOutputValue may have replaced the pattern of the record, or have disposed of the instance:
     // the record is looked up anew for each message.

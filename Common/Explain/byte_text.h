@@ -9,6 +9,7 @@
 namespace NExplain {
 
 // Returns the length in bytes of the UTF-8 character at position, 0 if the bytes there are none.
+// position: less than the size of text.
 std::size_t Utf8Length(std::string_view text, std::size_t position);
 
 bool IsUtf8(std::string_view text);

@@ -179,7 +179,7 @@ std::string HintFurtherOn(const Stop& stop)
     const auto* const text = ElementAs<StringElement>(stop.mPiece);
     if (text == nullptr) return "";
     const std::size_t place = stop.mRest.find(text->MatchText());
-    if (place == std::string_view::npos || place == 0) return "";
+    if (place == std::string_view::npos) return "";
     return "this text comes later, after " + Excerpt(stop.mRest.substr(0, place)) +
            ": nothing is passed over, so a piece has to take that";
 }

@@ -35,7 +35,8 @@ struct Trace {
     std::size_t mStoppedAt = 0;  // the first byte that was not taken
 };
 
-// Matches message with the elements of pieces, of which there is at least one.
+// Matches message, of at most 2^32 - 1 bytes, with the elements of pieces, of which there is at
+// least one. Overwrites the values that the elements captured before.
 Trace TraceMatch(const Pieces& pieces, std::string_view message);
 
 }  // namespace NExplain

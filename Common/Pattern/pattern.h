@@ -47,7 +47,7 @@ class CapturedParameters {
 
 // A compiled parsing string: it owns its elements and keeps no copy of the string. Either empty or
 // compiled; an empty pattern matches nothing. Match writes the captured values, so one Pattern
-// serves one caller at a time.
+// serves one caller at a time. A pattern that was moved from is empty.
 class Pattern {
   public:
     Pattern();
@@ -59,14 +59,14 @@ class Pattern {
     // PatternSyntaxException or std::bad_alloc the pattern is empty.
     void SetPatternString(const std::string& parseString);
 
-    // Matches from data on: returns the address just past the match, or null. Bytes left after the
-    // last element do not matter; a message that is used up before the last element does not match,
-    // nor does one of length 0. Throws nothing but std::bad_alloc, and only for a captured string
-    // that is longer than any before.
+    // Matches from data on, which may be null if length is 0: returns the address just past the
+    // match, or null. Bytes left after the last element do not matter; a message that is used up
+    // before the last element does not match, nor does one of length 0. Throws nothing but
+    // std::bad_alloc, and only for a captured string that is longer than any before.
     const Byte* Match(const Byte* data, std::uint32_t length);
-    // The same, with the captured values in outParameters. It may hold those of another pattern
-    // before. After a failed match its names and types are those of this pattern, but some of its
-    // values are of this message and some of earlier ones.
+    // The same, with the captured values in outParameters, and none for CollectParameters. It may
+    // hold those of another pattern before. After a failed match its names and types are those of
+    // this pattern, but some of its values are of this message and some of earlier ones.
     const Byte* Match(const Byte* data, std::uint32_t length, CapturedParameters& outParameters);
 
     // Replaces the content of outParameters by one entry for each capture, in the order of the

@@ -13,6 +13,13 @@
 #include "pattern_bytes.h"
 #include "pattern_parameter.h"
 
+// A call that is not inlined would keep the frame of a step function alive.
+#if defined(__GNUC__)
+#define WORD_SIFTER_ALWAYS_INLINE [[gnu::always_inline]] inline
+#else
+#define WORD_SIFTER_ALWAYS_INLINE inline
+#endif
+
 namespace NPattern {
 
 struct Step;
@@ -41,8 +48,10 @@ struct Step {
 // the next step. Otherwise it returns, and Program::Run calls the next step, so that a long program
 // does not use more stack than a short one. Only the sources of the engine are built with
 // WORD_SIFTER_TAIL_CALLS, so no others may define step functions.
-inline const Byte* RunNextStep([[maybe_unused]] const Step* step, const Byte* current,
-                               [[maybe_unused]] const Byte* end, [[maybe_unused]] Parameter* values)
+WORD_SIFTER_ALWAYS_INLINE const Byte* RunNextStep([[maybe_unused]] const Step* step,
+                                                  const Byte* current,
+                                                  [[maybe_unused]] const Byte* end,
+                                                  [[maybe_unused]] Parameter* values)
 {
 #ifdef WORD_SIFTER_TAIL_CALLS
     return step[1].mRun(step + 1, current, end, values);
@@ -54,7 +63,7 @@ inline const Byte* RunNextStep([[maybe_unused]] const Step* step, const Byte* cu
 // How a step function begins. Skips white space if kSkipsSpace is true. Returns false if the
 // message is used up, which ends every match.
 template <bool kSkipsSpace>
-bool BeginStep(const Byte*& ioCurrent, const Byte* end)
+WORD_SIFTER_ALWAYS_INLINE bool BeginStep(const Byte*& ioCurrent, const Byte* end)
 {
     if (ioCurrent == end) return false;
     while (kSkipsSpace && IsSpace(*ioCurrent)) {
