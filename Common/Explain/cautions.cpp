@@ -25,8 +25,8 @@ std::string CautionRawDigits(const Piece& piece, const Piece* /*next*/)
         set->Class() != NPattern::kClassNone || !CapturesNumber(piece)) {
         return "";
     }
-    return "this set includes white space, so the number is made of the raw bytes: 12 becomes "
-           "12849. A set without white space, such as [-+.0-9], reads digits";
+    return "this set includes white space, so the number is made of the raw bytes: 1 becomes "
+           "49. A set without white space, such as [-+.0-9], reads digits";
 }
 
 std::string CautionSplitNumber(const Piece& piece, const Piece* next)

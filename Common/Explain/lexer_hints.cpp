@@ -16,6 +16,8 @@ std::string HintByteValue(const std::string& fault)
             [](char c) { return NPattern::IsHexDigit(static_cast<NPattern::Byte>(c)); }) -
         fault.begin());
     const std::string hint = "between { and } a byte has exactly two hexadecimal digits";
+    const bool hasPrefix = digits == 1 && fault.size() > 1 && (fault[1] == 'x' || fault[1] == 'X');
+    if (hasPrefix) return hint + " and no prefix 0x";
     if (digits == 1) return hint + ": 0" + fault[0];
     const std::string separate = ", and spaces or commas separate bytes";
     if (digits != 4) return hint + separate;

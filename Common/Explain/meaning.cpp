@@ -47,6 +47,7 @@ std::string TakesBracketedSet(const BytesetElement& set)
     unsigned count = 0;
     for (unsigned b = 0; b < 256; ++b) count += set.Has(static_cast<Byte>(b)) ? 1 : 0;
     if (count == 256) return amount + ' ' + units + " of any value";
+    if (count == 0) return "nothing: the set excludes every byte";
     if (count == 1) {
         return "the " + unit + ' ' + ListOf(set, true) + (isSingle ? ", once" : ", once or more");
     }
@@ -71,11 +72,13 @@ std::string Takes(const NPattern::StringElement& text)
     std::string shown = text.MatchText();
     const auto wildcard = static_cast<char>(NPattern::kWildcardByte);
     const bool hasWildcard = shown.find(wildcard) != std::string::npos;
+    const bool hasQuestionMark = shown.find('?') != std::string::npos;
+    const std::string which = hasQuestionMark ? "each ? without a backslash before it" : "each ?";
     std::replace(shown.begin(), shown.end(), wildcard, '?');
     return "the text " + AlwaysQuoted(shown) +
            (text.IsCaseSensitive() ? ", with uppercase and lowercase as written"
                                    : ", in uppercase or lowercase") +
-           (hasWildcard ? "; each ? is any one character" : "");
+           (hasWildcard ? "; " + which + " is any one character" : "");
 }
 
 std::string Takes(const NPattern::NumberElement& number)

@@ -8,6 +8,7 @@
 
 namespace NExplain {
 
+using NPattern::BitfieldElement;
 using NPattern::Byte;
 using NPattern::BytesetElement;
 using NPattern::Element;
@@ -39,11 +40,11 @@ struct Stop {
     {
         return LastTake() != nullptr ? LastTake()->mSpan.Of(mMessage) : std::string_view();
     }
-    // The piece before, if it is of this class.
+    // The piece that took the bytes just before the stop, if it is of this class.
     template <typename Form>
     const Form* Before() const
     {
-        return mIndex > 0 ? ElementAs<Form>(mPieces[mIndex - 1]) : nullptr;
+        return LastTake() != nullptr ? ElementAs<Form>(mPieces[*LastTake()->mPiece]) : nullptr;
     }
 };
 
@@ -68,9 +69,10 @@ std::string Found(const StringElement& text, std::string_view rest)
     const std::size_t agreement = text.Agreement(data, static_cast<std::uint32_t>(rest.size()));
     if (agreement == rest.size()) return Excerpt(rest) + ", where the message ends";
     if (agreement == 0) return Excerpt(rest);
+    const auto wanted = static_cast<Byte>(text.MatchText()[agreement]);
     return Excerpt(rest) + ", which differs at character " + std::to_string(agreement + 1) + ": " +
            NameOfByte(static_cast<Byte>(rest[agreement])) + " instead of " +
-           NameOfByte(static_cast<Byte>(text.MatchText()[agreement]));
+           (wanted == NPattern::kWildcardByte ? "any other character" : NameOfByte(wanted));
 }
 
 std::string Found(const BytesetElement& set, std::string_view rest)
@@ -82,7 +84,7 @@ std::string Found(const BytesetElement& set, std::string_view rest)
            (end == rest.end() ? "the message ends" : NameOfByte(static_cast<Byte>(*end)));
 }
 
-std::string Found(const NPattern::BitfieldElement& /*block*/, std::string_view rest)
+std::string Found(const BitfieldElement& /*block*/, std::string_view rest)
 {
     return "only " + CountOf(rest.size(), "byte");
 }
@@ -123,6 +125,10 @@ std::string HintOtherCase(const Stop& stop)
 std::string HintSpace(const Stop& stop)
 {
     if (stop.IsUsedUp() || !NPattern::IsSpace(stop.Next())) return "";
+    // These do not refuse the space, but a message that is too short.
+    const auto* const set = ElementAs<BytesetElement>(stop.mPiece);
+    const bool takesSpace = set != nullptr && set->Has(stop.Next());
+    if (takesSpace || ElementAs<BitfieldElement>(stop.mPiece) != nullptr) return "";
     if (stop.mIndex == 0) {
         return "white space at the start of a message is not skipped; begin the parsing string "
                "with a piece that takes it: [ ]";
@@ -144,6 +150,8 @@ std::string HintExponent(const Stop& stop)
 {
     const auto* const number = stop.Before<NumberElement>();
     if (number == nullptr || number->IsHex() || NPattern::ToLower(stop.Next()) != 'e') return "";
+    const std::size_t digit = stop.mRest.find_first_not_of("+-", 1);
+    if (digit > 2 || !NPattern::IsDigit(static_cast<Byte>(stop.mRest[digit]))) return "";
     return "name:float=[-+.0-9Ee] reads a number with an exponent";
 }
 
@@ -184,8 +192,10 @@ std::string HintTookTooMuch(const Stop& stop)
     const auto* const text = ElementAs<StringElement>(stop.mPiece);
     const bool tookWanted =
         text != nullptr && taken.find(text->MatchText()) != std::string_view::npos;
-    const bool isSet = ElementAs<BytesetElement>(stop.mPieces[index]) != nullptr;
-    const bool isLine = ElementAs<EOLElement>(stop.mPieces[index]) != nullptr;
+    const auto* const set = stop.Before<BytesetElement>();
+    const bool isSet = set != nullptr && set->Length() == 0;
+    const bool isLine = stop.Before<EOLElement>() != nullptr;
+    if (!isSet && !isLine && stop.Before<NumberElement>() == nullptr) return "";
     const bool tookAll = stop.IsUsedUp() && taken.size() > 1 && (isSet || isLine);
     if (!tookWanted && !tookAll) return "";
     return PieceName(index) + " took " + Excerpt(taken) +

@@ -142,10 +142,10 @@ std::string HintZeroCount(const Place& place)
 
 std::string HintCountAfterWord(const Place& place)
 {
-    if (place.Token(0).mType != NPattern::kNumber) return "";
-    const std::string& word = place.Token(-1).mText;
-    if (word == "." || !IsCountable(word)) return "";
-    return CountBefore(place.Token(0).mText, word);
+    const LToken& word = place.Token(-1);
+    const bool isWord = word.mType == NPattern::kIdentifier || word.mType == NPattern::kSymbol;
+    if (place.Token(0).mType != NPattern::kNumber || !isWord || !IsCountable(word.mText)) return "";
+    return CountBefore(place.Token(0).mText, word.mText);
 }
 
 std::string HintOrderAfterBytes(const Place& place)
@@ -163,6 +163,9 @@ std::string HintWord(const Place& place)
     if (word.mType != NPattern::kIdentifier) return "";
     if (!place.HasHeader() && (place.IsSymbol(1, ':') || place.IsSymbol(1, '='))) return "";
     if (IsCountable(word.mText)) return "";
+    if (place.HasCount() && EqualsIgnoringCase(word.mText, NPattern::kEolWord)) {
+        return "a count cannot come before eol";
+    }
     const std::size_t digits = word.mText.find_first_of("0123456789");
     const std::string stem = word.mText.substr(0, digits);
     const bool endsInDigits =
@@ -193,9 +196,13 @@ std::string HintWideBits(const Place& place)
 {
     if (!place.WordIsSymbol('(')) return "";
     for (std::size_t t = 1; place.AfterWord(t).mType != NPattern::kEnd; ++t) {
+        if (Place::IsSymbol(place.AfterWord(t), ')')) break;
         if (!Place::IsSymbol(place.AfterWord(t), '-')) continue;
-        const std::int32_t one = place.AfterWord(t - 1).mValue;
-        const std::int32_t other = place.AfterWord(t + 1).mValue;
+        const LToken& first = place.AfterWord(t - 1);
+        const LToken& second = place.AfterWord(t + 1);
+        if (first.mType != NPattern::kNumber || second.mType != NPattern::kNumber) continue;
+        const std::int32_t one = first.mValue;
+        const std::int32_t other = second.mValue;
         if (std::abs(one - other) >= 32) {
             return "a range of bits is at most 32 bits wide: " + std::to_string(one) + '-' +
                    std::to_string(other) + " is wider";

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -16,17 +15,10 @@
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;
 
-// Reported first when an operation fails in an instance. A failure of any other isn't reported.
-inline const std::map<NStandIn::Operation, std::string> kReportOfFailure = {
-    {NStandIn::kAllocateBlock, "info->mParseString != nil"},
-    {NStandIn::kGetPropertyCount,
-     "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount"},
-    {NStandIn::kAddProperty, "err == noErr"},
-    {NStandIn::kChangeProperty, "err == noErr"},
-    {NStandIn::kRemoveProperty, "err == noErr"},
-    {NStandIn::kNewTextHandle, "temp != nil"},
-    {NStandIn::kLockTextHandle, "false"},
-};
+// Reports that several tests expect.
+inline constexpr char kNoString[] = "info->mParseString != nil";
+inline constexpr char kNoCount[] =
+    "err == kQuendalNoError && propCount >= kFixedOutputPropertyCount";
 
 // The value of an output as a text.
 inline std::string ShownValue(const NStandIn::Property& output)
@@ -92,10 +84,13 @@ class ActorTest : public testing::Test {
 
     Texts Outputs() const { return OutputsOf(mInstance); }
 
-    // From here on every call of an operation fails.
-    void Fail(NStandIn::Operation failed)
+    // From here on every call of an operation fails, or throws.
+    void Fail(NStandIn::Operation failed, bool throws = false)
     {
-        mHost.mHook = [failed](NStandIn::Operation operation) { return operation == failed; };
+        mHost.mHook = [failed, throws](NStandIn::Operation operation) {
+            if (throws && operation == failed) throw 1;
+            return operation == failed;
+        };
     }
 
     // From here on the user enters text into the dialog and accepts it.

@@ -57,6 +57,11 @@ TEST(Explain, SaysWhatEachPieceMeans)
         {"[^\\]]", "one or more characters except ']'"},
         {"{0D 41-5A}", "one or more of the bytes 0D, 41 to 5A"},
         {"{{00-FF}}", "exactly one byte of any value"},
+        {"{^00-FF}", "nothing: the set excludes every byte"},
+        {"'a\\?b?'",
+         R"(the text "a?b?", with uppercase and lowercase as written; each ? without a )"
+         "backslash before it is any one character"},
+        {"{00-80}", "one or more bytes except 81 to FF"},
         {"n:i={00-FE}",
          "one or more bytes except FF | n: an integer, least significant byte first"},
         {"(a=0-3, 7-7)",
@@ -134,10 +139,13 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"'x' \"\"", kErrorEmptyQuotes, 4, 2, "leave it out"},
         {"n:s=[abc", kErrorUnclosedSet, 4, 1, "has no closing ]"},
         {"{41 ", kErrorUnclosedSet, 0, 1, "has no closing }"},
+        {"'x' [a] {41", kErrorUnclosedSet, 8, 1, "has no closing }"},
+        {"[a\\[b", kErrorUnclosedSet, 0, 1, "has no closing ]"},
         {"[a\\", kErrorUnfinishedEscape, 0, 1, "has no closing ]"},
         {"{0A0D}", kErrorInvalidByteValue, 1, 4, ": 0A 0D"},
         {"{ A}", kErrorInvalidByteValue, 2, 1, ": 0A"},
         {"{123}", kErrorInvalidByteValue, 1, 3, "separate bytes"},
+        {"{0x41}", kErrorInvalidByteValue, 1, 1, "no prefix 0x"},
         {"{41 z}", kErrorUnexpectedCharacter, 4, 1, "between [ and ]"},
         {"'a'  !", kErrorUnexpectedCharacter, 5, 1, "outside quotes and sets"},
         {"\xE2\x80\x9C z", kErrorUnexpectedCharacter, 0, 3, "not a plain quote"},
@@ -153,6 +161,9 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"t=.#", kErrorSyntax, 0, 1, "t:float="},
         {"n:flaot=.#", kErrorSyntax, 0, 1, "did you mean float? The types are string, float, "},
         {"n:zzzz=.#", kErrorSyntax, 0, 1, "'zzzz' is not a type. The types are"},
+        {"n:flxyz=#", kErrorSyntax, 0, 1, "'flxyz' is not a type. The types are"},
+        {"n:i==#", kErrorSyntax, 0, 1, nullptr},
+        {"'x' 5", kErrorSyntax, 4, 1, "quotes: '5'"},
         {"n:i=", kErrorSyntax, 0, 1, "after n:i= comes the piece"},
         {"n:i=(0-7)", kErrorSyntax, 0, 1, "(n=0-7)"},
         {"0 chars", kErrorSyntax, 0, 1, "at least 1"},
@@ -163,6 +174,10 @@ TEST(Explain, FindsTheFaultAndItsRemedy)
         {"2 bytes:L", kErrorSyntax, 7, 1, "linteger or binteger"},
         {"(a=0-32)", kErrorSyntax, 0, 1, "0-32 is wider"},
         {"(a=1)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"(a=-40)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"(1-2,) (0-63)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"(1-2,) {00-FF}", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
+        {"3 eol", kErrorSyntax, 0, 1, "before eol"},
         {"'a', 'b'", kErrorSyntax, 3, 1, "quotes: ','"},
         {"'a' )", kErrorSyntax, 4, 1, "nothing open that ')'"},
         {"[]", kErrorSyntax, 0, 1, nullptr},
@@ -215,7 +230,7 @@ TEST(Explain, NamesEveryWordThatCouldHaveStoodThere)
 
 struct MissRow {
     const char* mPattern;
-    const char* mMessage;
+    std::string mMessage;
     std::string mFound;  // and after " at " the byte where it stopped, or " before " the piece
     std::string mHints;  // the beginning of each, with '|' after it
     bool mIsCut = false;
@@ -230,18 +245,34 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"# 'H='", "5 H:4", "\"H:4\", which differs at character 2: ':' instead of '=' at 2", ""},
         {"'abc'", "ab", "\"ab\", where the message ends at 0", ""},
         {"#", " 5", "space at 0", "white space at the start of a message|"},
-        {"2 bytes #", "ab 5", "space at 2", "white space is skipped only between two|"},
-        {"# [[ ,]]", "5\t", "tab at 1", "white space is skipped only between two|"},
+        {"2 bytes #", "ab 5", "space at 2",
+         "white space is skipped only between two pieces that read text, and piece 1 reads bytes|"},
+        {"# [[ ,]]", "5\t", "tab at 1",
+         "white space is skipped only between two pieces that read text, and piece 2 reads bytes|"},
         {"# 'C'", "5.2C", "\".2C\" at 1", "write a number that may have|this text comes later|"},
         {"# 'V'", "5e3", "\"e3\" at 1", "name:float=[-+.0-9Ee] reads a number with an exponent|"},
         {"x ';'", "0x1F", "\"x1F\" at 1", "a prefix 0x is not part of a number|"},
         {"x", "-1", "'-' at 0", "a hexadecimal number has no sign|"},
+        {"# 'V'", "5e", "\"e\" at 1", ""},
+        {"# 'V'", "5 e3", "\"e3\" at 2", ""},
+        {"# 'V'", "5 .5", "\".5\" at 2", ""},
+        {"'?a?'", "ba\0"s,
+         "\"ba\\x00\", which differs at character 3: byte 00 instead of any other character at 0",
+         ""},
         {"'b'", "aab", "\"aab\" at 0", "this text comes later, after \"aa\"|"},
         {"n:s=chars ';'", "abc;", "nothing before 2", "piece 1 took \"abc;\"|"},
         {"[^,] 'x'", "ab", "nothing before 2", "piece 1 took \"ab\"|"},
+        {"[^,] 'x'", "a", "nothing before 2", ""},
+        {"# '5'", "15", "nothing before 2", "piece 1 took \"15\"|"},
+        {"4 bytes 'x'", "abcd", "nothing before 2", ""},
+        {"'aXb' 'X'", "aXbY", "\"Y\" at 3", ""},
+        {"eol 'x'", "ab\n", "nothing before 2", "piece 1 took \"ab\\n\"|"},
+        {"'x'", std::string(21, 'a'), "\"aaaaaaaaaaaaaaaaaaaa\" ... at 0", ""},
         {"3 letters", "ab1", "only 2 of them, then '1' at 0", ""},
         {"3 letters", "ab", "only 2 of them, then the message ends at 0", ""},
         {"(0-15)", "a", "only 1 byte at 0", ""},
+        {"'a' (0-15)", "a ", "only 1 byte at 1", ""},
+        {"2 bytes", " ", "only 1 of them, then the message ends at 0", ""},
         {"#", "\x01", "byte 01 at 0", ""},
         {"'a' #", "a", "nothing before 2", "the message goes on with a byte 00|", true},
         {"'a' #", "a", "nothing before 2", ""},
@@ -327,6 +358,8 @@ TEST(Explain, ShowsBytesAsText)
 {
     EXPECT_EQ(Escaped("a\n\r\t\x01\x7F\xC2\x85\xC3\xA4\xFF"),
               "a\\n\\r\\t\\x01\\x7F\\xC2\\x85\xC3\xA4\\xFF");
+    EXPECT_EQ(Escaped("\xC2\x9F\xC2\xA0"), "\\xC2\\x9F\xC2\xA0");
+    EXPECT_FALSE(IsUtf8(std::string_view("a\xE2\x82\xAC").substr(0, 3)));
     EXPECT_EQ(Quoted("a\"b"), "\"a\\\"b\"");
     EXPECT_EQ(Quoted("ab"), "ab");
     EXPECT_EQ(Quoted(""), "\"\"");
@@ -343,7 +376,9 @@ TEST(Explain, ShowsBytesAsText)
                            {"\xF0\x90\x80\x80", true},
                            {"\xF4\x90\x80\x80", false},
                            {"\xE2\x82", false},
-                           {"\x80", false}}) {
+                           {"\x80", false},
+                           {"\xE2\x82\x41", false},
+                           {"\xF5\x80\x80\x80", false}}) {
         EXPECT_EQ(IsUtf8(row.mText), row.mIsUtf8) << HexOf(row.mText);
     }
 }

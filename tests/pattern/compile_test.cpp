@@ -47,6 +47,7 @@ TEST(Compile, DumpsWhatItCompiled)
         {"[^^]", "B BYTESET    length=0 { 00-5D 5F-FF }\n"},
         {"[e-a]", "T BYTESET    length=0 { 61-65 }\n"},
         {"[a-e-g]", "T BYTESET    length=0 { 2D 61-65 67 }\n"},
+        {"[Z-^]", "T BYTESET    length=0 { 5A-5E }\n"},
         {"[+--]", "T BYTESET    length=0 { 2B-2D }\n"},
         {"[\\]\\^\\-]", "T BYTESET    length=0 { 2D 5D-5E }\n"},
         {"[\\t\\n-\\r]", "B BYTESET    length=0 { 09-0D }\n"},
@@ -122,9 +123,9 @@ TEST(Compile, TellsTheErrorAndItsPlace)
         {"4 [a]", "Syntax error at '4'", 0, "4"},
         {"'x'[]", "Syntax error at '['", 3, "["},
     };
-    for (const char* bad :
-         {"[a-]", "[^]", "[[a]", "[a}", "[a}\"]\"z]", "{-41}", "{41-}", "{41-42-43}", "{^}", "(1-)",
-          "(a=1)", "(1-2,)", "(1-2 3-4)", "(1-2", "(1-2):X", "(1-2):", "(0-32)"}) {
+    for (const char* bad : {"[a-]", "[^]", "[[a]", "[a}", "[a}\"]\"z]", "{-41}", "{41-}",
+                            "{41-42-43}", "{^}", "{^^41}", "(1-)", "(a=1)", "(1-2,)", "(1-2 3-4)",
+                            "(1-2", "(1-2):X", "(1-2):", "(0-32)"}) {
         rows.push_back({bad,
                         bad[0] == '['   ? "Syntax error at '['"
                         : bad[0] == '{' ? "Syntax error at '{'"

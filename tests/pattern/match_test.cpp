@@ -41,6 +41,9 @@ TEST(Match, GoesForwardOnly)
          "ab\x85"
          "cd",
          "no match"},
+        {"'a' eol", "a ", "no match"},  // used up by the white space
+        {"'a' 'b?'", "a bx", " | "},
+        {"'a' x", "a F", " | "},
         {"'abc'", " abc", "no match"},
         {"a:s=letters b:s=letters", "abc def", "a=\"abc\" b=\"def\" | "},
         {"a:s=letters b:s=letters", "abcdef", "no match"},  // the first takes all it can
@@ -77,6 +80,24 @@ TEST(Match, Strings)
     EXPECT_EQ(MatchResult(pattern, "a\0XYZ"s), " | Z");
 }
 
+TEST(Match, ComparesEachByteOfATextOfEachLength)
+{
+    const std::string letters = "abcdefghijklmnopqrst";
+    for (std::uint32_t size = 1; size <= letters.size(); ++size) {
+        const std::string text = letters.substr(0, size);
+        Pattern pattern;
+        pattern.SetPatternString("'" + text + "'");
+        EXPECT_EQ(MatchResult(pattern, text), " | ");
+        const HeapMessage message(text);
+        EXPECT_EQ(pattern.Match(message.Data(), size - 1), nullptr) << size;
+        for (std::uint32_t place = 0; place < size; ++place) {
+            std::string other = text;
+            other[place] = '!';
+            EXPECT_EQ(MatchResult(pattern, other), "no match") << other;
+        }
+    }
+}
+
 TEST(Match, LineEnds)
 {
     const std::string longLine(600, 'x');
@@ -106,6 +127,8 @@ TEST(Match, Numbers)
         {"n:i=2x", "1F2", "n=31 | 2"},
         {"n:s=.#", "+.5", "n=\"+.5\" | "},
         {"n:f=.#", ".", "n=0 | "},
+        {"n:f=.#", " 5", "no match"},
+        {"n:i=x", " 5", "no match"},
         {"n:f=.#", "1e5", "n=1 | e5"},
         {"n:s=3.2#", "12.345", "n=\"12.34\" | 5"},
         {"n:f=.2#", "1234.567", "n=1234.5599999999999 | 7"},
@@ -124,6 +147,8 @@ TEST(Match, Numbers)
         {"n:f=#", "9007199254740993", "n=9007199254740992 | "},
         {"n:f=#", "-0", "n=-0 | "},
         {"n:f=.#", "-.", "n=0 | "},
+        {"n:f=.#", ".0000000000000000005", "n=5.0000000000000004e-19 | "},
+        {"n:f=.#", "0.18446744073709551617", "n=0.18446744073709551 | "},
     });
 }
 
@@ -137,6 +162,7 @@ TEST(Match, Sets)
         {"n:s=chars", "a~\x7F", "n=\"a~\" | \x7F"},
         {"n:s=[^,] ',' m:s=[^,]", "a b ,c", "n=\"a b \" m=\"c\" | "},
         {"n:i=[0-9]", "123x", "n=123 | x"},
+        {"n:b=[0-9]", "123x", "n=123 | x"},
         {"n:i=[0-9 ]", "12", "n=12849 | "},  // a set that holds a blank reads raw bytes
         {"n:s={00-02}", "\0\1\2\3"s, "n=\"\0\1\2\" | \3"s},
         {"{{AA}} n:s={{55}}", "\xAA\x55\x55", "n=\"\x55\" | \x55"},
@@ -146,6 +172,7 @@ TEST(Match, Sets)
         {"n:f=6 bytes", "\0\0\0\0\1\0"s, "n=4294967296 | "},
         {"[[a]]", "A", "no match"},
         {"n:i=4 bytes", "\xFF\xFF\xFF\xFF", "n=-1 | "},
+        {"n:i=5 bytes", "\1\0\0\0\2"s, "n=1 | "},
         {"n:i=6 bytes", "\1\0\0\0\2\3"s, "n=1 | "},
         {"n:b=6 bytes", "\2\3\0\0\0\1"s, "n=1 | "},
         {"'a' 2 bytes 'b'", "a  b", " | "},
@@ -169,6 +196,9 @@ TEST(Match, BitFields)
         {"(a=12-15)", "\x70\x00!"s, "a=7 | !"},
         {"(3-3, 0-0)", "\x08", "=1 =0 | "},
         {"(2147483647-2147483647)", "abc", "no match"},
+        {"n:i=? (a=64-71)", ten, "n=16 a=50 | "},
+        {"(a=64-71)", "12345678", "no match"},
+        {"(a=24-55)", "\1\2\3\4\5\6\7", "a=16909060 | "},  // fewer bytes than a word
         {"(a=64-71, b=0-7):L", ten, "a=15 b=16 | \xA5"},
         {"(a=4-35, b=60-71, c=72-79)", ten, "a=-1378885382 b=805 c=16 | "},
         {"(a=4-35, b=60-71, c=72-79):L", ten, "a=-2023406815 b=255 c=165 | "},
