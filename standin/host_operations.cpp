@@ -8,7 +8,6 @@
 
 namespace NStandIn {
 
-using NActor::HostActor;
 using NActor::HostCallbacks;
 using NActor::HostContext;
 using NActor::HostWord;
@@ -100,20 +99,9 @@ void Blame(const std::string& fault)
     Accounts().mViolations.push_back(fault);
 }
 
-Instance* InstanceOf(const HostActor* actor, const char* operation)
+void Blame(const char* operation, const char* fault)
 {
-    Instance* const instance = Host().FindInstance(actor);
-    if (instance == nullptr) Blame(std::string(operation) + ": foreign mHostActor");
-    return instance;
-}
-
-Instance* LivingInstanceOf(const HostActor* actor, const char* operation)
-{
-    Instance* const instance = InstanceOf(actor, operation);
-    if (instance != nullptr && instance->Info().mActorDataPtr == nullptr) {
-        Blame(std::string(operation) + ": the instance has been disposed of");
-    }
-    return instance;
+    Blame(std::string(operation) + ": " + fault);
 }
 
 ContextRecords::ContextRecords() : mTable(MakeTable()), mContext(std::make_unique<HostContext>())

@@ -37,6 +37,8 @@ void FillWithGarbage(T& record)
 
 // Records a violation.
 void Blame(const std::string& fault);
+// Records a violation by a call of operation.
+void Blame(const char* operation, const char* fault);
 // Records a violation unless held.
 inline void Demand(bool held, const char* fault)
 {
@@ -45,9 +47,21 @@ inline void Demand(bool held, const char* fault)
 
 // Returns the instance that the actor named in a call of operation. Null, after a violation, if
 // there is none.
-Instance* InstanceOf(const NActor::HostActor* actor, const char* operation);
+inline Instance* InstanceOf(const NActor::HostActor* actor, const char* operation)
+{
+    Instance* const instance = Host().FindInstance(actor);
+    if (instance == nullptr) Blame(operation, "foreign mHostActor");
+    return instance;
+}
 // As InstanceOf. An instance that has been disposed of is returned too, after a violation.
-Instance* LivingInstanceOf(const NActor::HostActor* actor, const char* operation);
+inline Instance* LivingInstanceOf(const NActor::HostActor* actor, const char* operation)
+{
+    Instance* const instance = InstanceOf(actor, operation);
+    if (instance != nullptr && instance->Info().mActorDataPtr == nullptr) {
+        Blame(operation, "the instance has been disposed of");
+    }
+    return instance;
+}
 
 // Every operation makes one first: takes the turn, writes the line of the log and asks the hook
 // whether the operation fails.
@@ -102,13 +116,20 @@ class ContextRecords {
 // a hostile host are gone when the call has returned.
 class CallContext {
   public:
-    CallContext() : mRecords(Host().RecordsForCall()) {}
+    CallContext()
+        : mOwnRecords(Host().Mode() == HostMode::kHostile ? std::make_unique<ContextRecords>()
+                                                          : nullptr),
+          mContext((mOwnRecords != nullptr ? *mOwnRecords : Host().SharedRecords()).Context())
+    {
+    }
 
-    NActor::HostContext* Get() const { return mRecords->Context(); }
+    NActor::HostContext* Get() const { return mContext; }
 
   private:
-    std::shared_ptr<const ContextRecords> mRecords;
-    Turn mTurn{Side::kActor};  // last: it ends before the memory above is released
+    std::unique_ptr<const ContextRecords> mOwnRecords;  // null if the host is plain
+    NActor::HostContext* mContext;
+    // Last: the turn begins after the memory above is allocated, and ends before it is released.
+    Turn mTurn{Side::kActor};
 };
 
 }  // namespace NStandIn

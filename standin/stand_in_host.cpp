@@ -11,7 +11,7 @@ StandInHost::StandInHost(GetActorInfoFunction getActorInfo, HostMode mode) : mMo
 {
     if (sHost != nullptr) std::abort();
     sHost = this;
-    if (mode == HostMode::kPlain) mSharedRecords = std::make_shared<ContextRecords>();
+    if (mode == HostMode::kPlain) mSharedRecords = std::make_unique<ContextRecords>();
     FillWithGarbage(mActorTemplate);
     getActorInfo(nullptr, &mActorTemplate);
     const CallContext context;
@@ -30,11 +30,6 @@ Instance& StandInHost::CreateInstance()
     Instance& instance = *mInstances.back();
     instance.Create();
     return instance;
-}
-
-std::shared_ptr<const ContextRecords> StandInHost::RecordsForCall() const
-{
-    return mMode == HostMode::kPlain ? mSharedRecords : std::make_shared<ContextRecords>();
 }
 
 void StandInHost::StartLog()

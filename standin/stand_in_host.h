@@ -111,8 +111,8 @@ class StandInHost {
         }
         return nullptr;
     }
-    // For a callback: the records to pass, which it must keep until it has returned.
-    std::shared_ptr<const ContextRecords> RecordsForCall() const;
+    // The records that a plain host passes to all callbacks. A hostile host has none.
+    const ContextRecords& SharedRecords() const { return *mSharedRecords; }
 
   private:
     friend StandInHost& Host();
@@ -121,7 +121,7 @@ class StandInHost {
     static inline StandInHost* sHost = nullptr;  // the one that exists
 
     HostMode mMode;
-    std::shared_ptr<const ContextRecords> mSharedRecords;  // null in a hostile host
+    std::unique_ptr<const ContextRecords> mSharedRecords;  // null in a hostile host
     NActor::ActorInfo mActorTemplate;                      // as GetActorInfo has filled it
     std::vector<Property> mInputs;                         // the fixed properties
     std::vector<Property> mOutputs;

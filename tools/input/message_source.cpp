@@ -50,7 +50,9 @@ void MessageSource::ReadFile(const std::string& path)
     std::error_code error;
     while (const std::size_t read = NSystem::ReadSome(file.get(), mBlock, error)) {
         progress.Advance(read);
-        cutter.Cut({mBlock.data(), read}, take);
+        const std::string_view block(mBlock.data(), read);
+        mMayHaveNul = mMayHaveNul || !isRaw || block.find('\0') != block.npos;
+        cutter.Cut(block, take);
         if (!size) mListeners.mBeforeWait();
     }
     cutter.Finish(take);
@@ -88,8 +90,8 @@ void MessageSource::TakeHexLine(std::string_view line, const std::string& path, 
 void MessageSource::Deliver(std::string_view delivery)
 {
     const std::string_view text = delivery.substr(0, delivery.size() - 1);
-    const std::size_t nul = text.find('\0');
-    const bool isCut = nul != std::string_view::npos;
+    const std::size_t nul = mMayHaveNul ? text.find('\0') : text.npos;
+    const bool isCut = nul != text.npos;
     mHasLostText = mHasLostText || isCut;
     const bool isLost = isCut && mEomChar != 0;
     mListeners.mDeliver({delivery, isLost ? text : text.substr(0, nul), isLost, isCut && !isLost});

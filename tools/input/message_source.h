@@ -57,6 +57,7 @@ class MessageSource {
     Listeners mListeners;
     std::vector<char> mBlock;  // what was read last
     std::string mBytes;        // of a hexadecimal line
+    bool mMayHaveNul = false;  // false: no message since the start contains a NUL
     bool mHasLostText = false;
 };
 

@@ -60,14 +60,15 @@ void AppendInteger(std::int64_t value, std::string& ioText)
 // the shortest one. The division is rounded as reading the decimal is.
 bool AppendShortFloat(double value, int fewestDecimals, std::string& ioText)
 {
-    constexpr std::array<std::int64_t, 4> kScales = {1, 10, 100, 1000};
+    constexpr std::array<std::int32_t, 4> kScales = {1, 10, 100, 1000};
     constexpr double kLimit = 100'000;
     const double size = std::abs(value);
     if (!(size < kLimit)) return false;
     for (auto decimals = static_cast<std::size_t>(fewestDecimals); decimals < 4; ++decimals) {
-        const std::int64_t scale = kScales[decimals];
-        const std::int64_t scaled = std::llround(size * static_cast<double>(scale));
-        if (static_cast<double>(scaled) / static_cast<double>(scale) != size) continue;
+        const std::int32_t scale = kScales[decimals];
+        const double rounded = size * scale + 0.5;
+        const auto scaled = static_cast<std::int32_t>(rounded);
+        if (scaled / static_cast<double>(scale) != size) continue;
         if (std::signbit(value)) ioText += '-';
         AppendInteger(scaled / scale, ioText);
         if (decimals == 0) return true;
