@@ -10,9 +10,9 @@ namespace NActor {
 // none and does nothing.
 void CreateInstance(const HostCall& call) noexcept;
 
-// Gives back all that the instance has. Reports an instance without a record, and one whose record
-// or pointer to it is gone after the release of its string, because the host called back in. A
-// record that still exists is released all the same.
+// Returns all that the instance has to the host. Reports an instance without a record, and one
+// whose record or pointer to it is gone after the release of its string, because the host called
+// back in. A record that still exists is released all the same.
 void DisposeInstance(const HostCall& call) noexcept;
 
 }  // namespace NActor

@@ -7,7 +7,7 @@
 
 namespace NActor {
 
-// The value of an output made from a capture. Gives a string back to the host when it ends, unless
+// The value of an output made from a capture. Returns a string to the host when it ends, unless
 // that was handed over.
 class OutputValue {
   public:

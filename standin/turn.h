@@ -8,7 +8,7 @@ namespace NStandIn {
 
 enum class Side { kHost, kActor };
 
-// Gives the turn to one side for as long as it lives, and then back to the side that had it, also
+// Passes the turn to one side for as long as it lives, and then back to the side that had it, also
 // when an exception passes. Starts with the host.
 class Turn {
   public:
