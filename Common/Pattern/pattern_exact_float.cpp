@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "pattern_bytes.h"
+#include "pattern_numbers.h"
 
 namespace NPattern {
 
@@ -186,10 +187,6 @@ double NearestDouble(const ExactNumber& number, double guess)
     return std::bit_cast<double>(bits);
 }
 
-// Powers of ten that a double holds exactly.
-constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr std::int64_t kLargestExactPower = kPowersOfTen.size() - 1;
 
 // Exact if value has at most 53 bits and exponent is within kLargestExactPower; otherwise each

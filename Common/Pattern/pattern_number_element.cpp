@@ -62,11 +62,6 @@ DigitRun TakeDigits(const Byte* data, const Byte* end, std::int32_t limit, std::
     return {data, value};
 }
 
-// Powers of ten that a double holds exactly.
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
 // A double holds any whole number up to this one exactly, so its quotient by a power of ten of the
 // table is rounded once: to the double that atof returns.
 constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
@@ -135,7 +130,7 @@ bool StoreDecimal(const Byte* data, const DecimalRun& run, Parameter& outParamet
     const std::ptrdiff_t digits = run.mWholeDigits + run.mFractionDigits;
     if (digits > kMostQuickDigits || run.mAll > kLargestExact) return false;
     const double value = static_cast<double>(static_cast<std::int64_t>(run.mAll)) /
-                         kPowersOfTen[run.mFractionDigits];
+                         kPowersOfTen[static_cast<std::size_t>(run.mFractionDigits)];
     // Without a digit there is no number, so no negative zero either.
     outParameter.mFloatValue = run.mNegative && digits != 0 ? -value : value;
     return true;

@@ -3,11 +3,17 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
 
 namespace NPattern {
+
+// Powers of ten that a double holds exactly.
+inline constexpr std::array<double, 23> kPowersOfTen = {
+    1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 // Returns what strtol returns in the "C" locale, clamped to 32 bits whatever the width of long.
 // radix: 10 or 16, which allows a prefix 0x.

@@ -20,7 +20,7 @@ const Byte* RunString(const Step* step, const Byte* current, const Byte* end, Pa
     const auto& operands = step->Get<StringOperands>();
     const std::size_t size = operands.mElement->MatchText().size();
     const auto left = static_cast<std::uint32_t>(end - current);
-    if (left < size || operands.mElement->Agreement(current, left) < size) return nullptr;
+    if (operands.mElement->Agreement(current, left) < size) return nullptr;
     if (kCaptures) {
         values[operands.mValue].SetTextValue(current, static_cast<std::uint32_t>(size), false);
     }
@@ -58,7 +58,7 @@ void StringElement::Dump(std::FILE* stream) const
 const Byte* StringElement::Match(const Byte* data, std::uint32_t length)
 {
     const std::size_t size = mMatchText.size();
-    if (length < size || Agreement(data, length) < size) return nullptr;
+    if (Agreement(data, length) < size) return nullptr;
     return CaptureText(data, data + size, false);
 }
 
