@@ -1,7 +1,7 @@
 // The name and version of the module, for strings(1). Nothing in the module reads them, so the
 // attributes keep the compiler and the linker from dropping them.
 
-#if __has_cpp_attribute(gnu::retain)
+#if __has_cpp_attribute(gnu::retain) && defined(__ELF__)
 #define WORD_SIFTER_KEPT gnu::used, gnu::retain
 #else
 #define WORD_SIFTER_KEPT gnu::used

@@ -22,6 +22,9 @@ constexpr std::uint16_t kEomCharInput = 1;
 constexpr std::uint16_t kTextInput = 2;
 constexpr HostWord kUnreadArgument = 0xA5A5A5A5A5A5A5A5;
 
+// Of the value of an input: the input determines what its payload is.
+constexpr std::uint16_t kUnreadTag = 0xA5A5;
+
 }  // namespace
 
 Instance::Instance(const NActor::ActorInfo& info, std::vector<Property> inputs,
@@ -31,7 +34,7 @@ Instance::Instance(const NActor::ActorInfo& info, std::vector<Property> inputs,
       mOutputs(std::move(outputs)),
       mTextValue(std::make_unique<HostValue>())
 {
-    mTextValue->mTag = NActor::kValueString;  // with a null payload
+    mTextValue->mTag = kUnreadTag;  // with a null payload
     mInfo.mHostActor = reinterpret_cast<HostActor*>(this);
 }
 
@@ -91,7 +94,8 @@ std::string Instance::State(std::uint32_t capacity)
 void Instance::SetEomChar(std::uint8_t eomChar)
 {
     HostValue& value = mInputs[kEomCharInput - 1].mValue.mBits;
-    value.SetInteger(static_cast<std::int64_t>(kUnreadArgument << 8 | eomChar));
+    value.mTag = kUnreadTag;
+    value.mPayload = kUnreadArgument << 8 | eomChar;
     Notify(kEomCharInput, &value);
 }
 
@@ -103,7 +107,7 @@ void Instance::SetInputText(std::string_view text)
         mTextString = std::make_unique<unsigned char[]>(size);
         mTextRoom = size;
         mTextValue = std::make_unique<HostValue>();
-        mTextValue->mTag = NActor::kValueString;
+        mTextValue->mTag = kUnreadTag;
         mTextValue->mPayload = std::bit_cast<std::uint64_t>(mTextString.get());
     }
     unsigned char* const end =

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "pattern_bytes.h"
@@ -174,17 +174,27 @@ int CompareWithHalfway(const ExactNumber& number, std::uint64_t doubleBits)
     return left.Compare(right);
 }
 
+// Stands in for std::bit_cast, which some libraries lack as well as std::from_chars.
+template <typename To, typename From>
+To BitsAs(From from)
+{
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    std::memcpy(&to, &from, sizeof to);
+    return to;
+}
+
 // guess: at most a few doubles away from the result, which is exact.
 double NearestDouble(const ExactNumber& number, double guess)
 {
-    auto bits = std::min(std::bit_cast<std::uint64_t>(guess), kInfinityBits - 1);
+    auto bits = std::min(BitsAs<std::uint64_t>(guess), kInfinityBits - 1);
     const auto isUp = [&number](std::uint64_t from) {
         const int order = CompareWithHalfway(number, from);
         return order > 0 || (order == 0 && from % 2 != 0);
     };
     while (bits < kInfinityBits && isUp(bits)) ++bits;
     while (bits > 0 && !isUp(bits - 1)) --bits;
-    return std::bit_cast<double>(bits);
+    return BitsAs<double>(bits);
 }
 
 constexpr std::int64_t kLargestExactPower = kPowersOfTen.size() - 1;

@@ -22,7 +22,8 @@ TEST_F(Registration, FillsItsFieldsAndNothingElse)
     GetActorInfo(nullptr, reinterpret_cast<ActorInfo*>(second));
 
     EXPECT_EQ(std::memcmp(first, "ltnc", 4), 0);
-    EXPECT_EQ(std::memcmp(first + 8, "SoW_\0\1\0\0", 8), 0);
+    EXPECT_EQ(std::memcmp(first + 8, "SoW_", 4), 0);
+    EXPECT_EQ(mInstance.Info().mHostWord, 256U);
     EXPECT_STREQ(mInstance.Info().mDisplayName, "Word Sifter");
 
     // For each word: 'u' untouched, '0' null, 'w' written.
@@ -55,21 +56,38 @@ TEST_F(Registration, HelpFoldsDynamicOutputsAndIsCutToItsBuffer)
     struct Row {
         NActor::PropertyKind mKind;
         std::uint16_t mNumber;
-        const char* mStart;
+        const char* mText;
         const char* mAsked;
     };
-    for (const Row& row : {Row{NStandIn::kPropertyActor, 0, "Parses the 'text' input", "0 0"},
-                           {kInput, 1, "The character that signifies", "1 1"},
-                           {kInput, 2, "The text to be parsed. Each", "1 2"},
-                           {kInput, 9, "", "1 9"},  // the host gives no position
-                           {kOutput, 1, "Sends a trigger when", "2 1"},
-                           {kOutput, 2, "The output for one of", "2 2"},
-                           {kOutput, 65535, "The output for one of", "2 2"}}) {
+    const char* const ofAValue = "The output for one of the parsed values.";
+    for (const Row& row :
+         {Row{NStandIn::kPropertyActor, 0,
+              "Parses the 'text' input using a user-specified parsing string. To edit the parsing "
+              "string, double-click this actor's icon and edit the values in the dialog that "
+              "appears. For documentation on the parsing string format, click the \"Help\" button "
+              "at the bottom of the dialog.",
+              "0 0"},
+          {kInput, 1,
+           "The character that signifies the end of a line. Whenever this character is received, "
+           "the data accumulated in the buffer is parsed using the parsing string, and the "
+           "resulting output is provided if a match is successfully made. Use 0 to parse to the "
+           "end of the input text.",
+           "1 1"},
+          {kInput, 2,
+           "The text to be parsed. Each time new data is sent to this input, it will be parsed "
+           "according to the user specified parsing-string.",
+           "1 2"},
+          {kInput, 9, "", "1 9"},  // the host has no position for it
+          {kOutput, 1,
+           "Sends a trigger when a valid message has been parsed and it matches the pattern "
+           "specified by the parsing string.",
+           "2 1"},
+          {kOutput, 2, ofAValue, "2 2"},
+          {kOutput, 65535, ofAValue, "2 2"}}) {
         std::string help;
         EXPECT_EQ(LogOf([&] { help = mInstance.Help(row.mKind, row.mNumber, 400); }),
                   Texts{"PropertyHelpIndex "s + row.mAsked});
-        EXPECT_EQ(std::strncmp(help.c_str(), row.mStart, std::strlen(row.mStart)), 0) << help;
-        EXPECT_EQ(help[0] == '\0', row.mStart[0] == '\0') << help;
+        EXPECT_STREQ(help.c_str(), row.mText);
     }
     EXPECT_EQ(mInstance.Help(kOutput, 2, 5), "The \0"s);
     EXPECT_EQ(mInstance.Help(kOutput, 2, 1), "\0"s);

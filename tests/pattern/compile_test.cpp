@@ -31,6 +31,7 @@ TEST(Compile, DumpsWhatItCompiled)
         {"Name_1:STRING=eol", "T EOL        Name_1:STRING\n"},
         {"x:i=#", "T NUMBER     0.0 decimal_point=false hex=false x:LINTEGER\n"},
         {"_x:li=#", "T NUMBER     0.0 decimal_point=false hex=false _x:LINTEGER\n"},
+        {"x:f=.#", "T NUMBER     0.0 decimal_point=true hex=false x:FLOAT\n"},
         {"x:Bint=#", "T NUMBER     0.0 decimal_point=false hex=false x:BINTEGER\n"},
         // Numbers.
         {"4X", "T NUMBER     4.0 decimal_point=false hex=true \n"},
@@ -113,6 +114,8 @@ TEST(Compile, TellsTheErrorAndItsPlace)
         // The first token of the element that no form can read.
         {"\"abc\" )", "Syntax error at ')'", 6, ")"},
         {"n:strings='a'", "Syntax error at 'n'", 0, "n"},
+        {"n:floats=#", "Syntax error at 'n'", 0, "n"},
+        {"n:bintegers=#", "Syntax error at 'n'", 0, "n"},
         {"n:integer=(1-2)", "Syntax error at 'n'", 0, "n"},
         {"a:string", "Syntax error at ':'", 1, ":"},
         {"eols", "Syntax error at 'eols'", 0, "eols"},
@@ -183,6 +186,11 @@ TEST(Compile, TokensCarryWhatTheyAre)
     EXPECT_EQ(shown.str(),
               "2 10 0 10 0 1|4 digits 0 0 0 3|5 [ 91 0 0 10|5 n 110 0 1 11|5 ] 93 0 0 13|"
               "5 { 123 0 0 15|3 0A 10 10 0 16|5 } 125 0 0 18|6  0 0 0 0|");
+    TokenCursor cursor = 0;
+    const LToken* found = tokens.data();
+    EXPECT_FALSE(ExpectToken(tokens, cursor, found, kSymbol, "["));
+    EXPECT_EQ(found, nullptr);
+    EXPECT_EQ(cursor, 0U);
 }
 
 // Every string of a few tokens of the language, against a few messages: the program and the
