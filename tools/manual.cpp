@@ -21,8 +21,38 @@ struct Section {
 constexpr Section kSections[] = {
     {"Exit status",
      "0 if a message matched, 1 if no message matched. 2 if the command line is wrong, the parsing "
-     "string doesn't compile, a file can't be read or written, or you gave up an edit. --check, "
-     "--explain, and --edit without messages exit with 0 if the parsing string compiles."},
+     "string doesn't compile, a file can't be read or written, a device was unplugged, or you gave "
+     "up an edit. --check, --explain, and --edit without messages exit with 0 if the parsing "
+     "string compiles, --show if there were bytes, and --suggest if there is a suggestion. Ctrl-C "
+     "and SIGTERM end a run properly, with "
+     "130 and 143; a second one ends it at once."},
+    {"Warnings",
+     "sift warns on standard error, once for each piece, if a value is wrong: an integer that was "
+     "too large, a number whose first digits or sign the piece before it took, a number that goes "
+     "on "
+     "after what was taken (23 of 23.5), a sign without digits, or a number made of raw bytes. "
+     "--trace shows it for each message. --check, --explain and a run at a terminal also warn of "
+     "what is most likely "
+     "not meant in the parsing string, such as a piece that never matches. Warnings don't change "
+     "the exit status."},
+    {"Suggestions",
+     "--suggest finds how messages end, unless -e or --hex is given, and the kinds of messages "
+     "that "
+     "one parsing string can match each. What is the same in all messages of a kind becomes text, "
+     "what varies is captured. Each parsing string is run over all messages before it is printed. "
+     "Of a pipe, the first 16 MiB are used. A serial device is read for the time of --for, "
+     "otherwise for 200 messages; its first message is left out because it may not be complete.\n\n"
+     "  sift --suggest captured.txt\n"
+     "  sift --suggest --name t,h --for 10s --baud 9600 /dev/ttyUSB0\n"
+     "  sift --edit -f new.pattern captured.txt"},
+    {"Serial devices",
+     "A file that is a terminal device, such as /dev/ttyUSB0 or COM3, is set up so that every byte "
+     "arrives as it is sent: raw, without echo and flow control, and only for sift. Its settings "
+     "are restored at the end. A byte with a wrong parity becomes NUL. To connect a new device, "
+     "look at it first:\n\n"
+     "  sift --show --baud 9600 /dev/ttyUSB0\n"
+     "  sift -e 13 -m \"'W' w:float=.# 'kg'\" /dev/ttyUSB0\n\n"
+     "A message that isn't complete when the run ends is not matched."},
     {"Marks",
      "--trace and --misses print a line of marks below the message. A digit is the last digit of "
      "the number of the piece that took the character above it. A - marks white space that was "
@@ -31,12 +61,22 @@ constexpr Section kSections[] = {
     {"JSON",
      "Each line is one object. Its member \"type\" determines its other members:\n\n"
      "  match    message (its number), values (an object, by output name);\n"
-     "           with --trace also text and steps\n"
+     "           with --rest also rest; with --trace also text, steps, and cautions\n"
+     "           if a value is wrong\n"
+     "  caution  piece, caution (why it is most likely not what you want); message,\n"
+     "           if it is about a value: the first of each piece\n"
      "  miss     with --misses: message, text, verdict, stopped_at, piece,\n"
-     "           source, wanted, found, hints, steps\n"
+     "           source, wanted, found, hints, steps; with several files\n"
+     "           also file and line\n"
      "  error    error; for a parsing string also start, length, hints, needs\n"
      "  output   with --check: name, value (string, float, integer), id\n"
-     "  summary  messages, matched, missed; the last line\n\n"
+     "  suggestion\n"
+     "           with --suggest: pattern, messages, matched, notes, and outputs:\n"
+     "           name, value, least and greatest of a number, shortest and longest\n"
+     "           of a string and, if they are few, its texts\n"
+     "  summary  messages, matched, missed; with --suggest also eom_char, headings,\n"
+     "           blank (messages of white space), kinds_left_out, and an example\n"
+     "           without a match; eom_char is null if none was found; the last line\n\n"
      "A string that isn't UTF-8 becomes an object with all its bytes: {\"hex\": \"C328\"}. An "
      "infinite float becomes the string \"inf\" or \"-inf\". Positions count bytes from 0. "
      "Messages and pieces count from 1. A step whose piece is null is white space that was "
@@ -167,7 +207,10 @@ void WriteManual(std::ostream& stream, const CLI::App& app)
            "sift \\- run the Word Sifter plug\\-in over messages\n.SH SYNOPSIS\n\\fBsift\\fR "
            "[\\fIoptions\\fR] \\fIPATTERN\\fR "
            "[\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-f\\fR \\fIPATTERN-FILE"
-           "\\fR [\\fIFILE\\fR ...]\n.SH DESCRIPTION\n"
+           "\\fR [\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-\\-show"
+           "\\fR [\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-\\-suggest"
+           "\\fR [\\fIFILE\\fR ...]\n.br\n\\fBsift\\fR [\\fIoptions\\fR] \\fB\\-\\-edit\\fR "
+           "[\\fB\\-f\\fR \\fIPATTERN-FILE\\fR] [\\fIFILE\\fR ...]\n.SH DESCRIPTION\n"
         << Roff(kDescription)
         << " The first operand is the parsing string, unless \\-f names a file that contains it. "
            "If there are no input files, or if a file is \\-, sift reads standard input.\n"

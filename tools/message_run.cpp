@@ -1,9 +1,13 @@
 #include "tools/message_run.h"
 
+#include <cerrno>
 #include <iostream>
 #include <system_error>
 
+#include "Common/Explain/byte_text.h"
 #include "Common/Explain/miss.h"
+#include "tools/system/interruption.h"
+#include "tools/system/terminal.h"
 
 namespace NSift {
 
@@ -21,9 +25,15 @@ MessageRun::MessageRun(const Options& options, NStandIn::StandInHost& host,
       mInstance(instance),
       mPieces(pieces),
       mPrinter(printer),
-      mSource(options.mEomChar, options.mInputForm,
+      mCautions(pieces, printer),
+      mSource(options.mEomChar, options.mInputForm, options.mReading,
               {[this](const InputMessage& message) { TakeMessage(message); },
-               [this](const std::string& error) { Complain(error); }, [] { std::cout.flush(); }})
+               [this](const std::string& error) { Complain(error); },
+               [this](const std::string& warning) { Warn(warning); },
+               [](bool isLive) {
+                   if (isLive) std::cout.flush();
+                   return std::cout.good();
+               }})
 {
     mInstance.SetEomChar(options.mEomChar);
     mHost.mOutputListener = [this](NStandIn::Instance& source, std::uint16_t output) {
@@ -36,19 +46,33 @@ MessageRun::~MessageRun()
     mHost.mOutputListener = nullptr;
 }
 
+int EndRun(bool hasTrouble, bool hasMatched)
+{
+    constexpr int kOfSignals = 128;
+    if (!std::cout.flush()) {
+        const std::error_code reason(errno, std::generic_category());
+        std::cerr << "sift: can't write to standard output: " << reason.message() << '\n';
+        hasTrouble = true;
+    }
+    if (NSystem::Interruption() != 0) return kOfSignals + NSystem::Interruption();
+    if (hasTrouble) return kExitTrouble;
+    return hasMatched ? kExitMatched : kExitNothingMatched;
+}
+
 int MessageRun::Run()
 {
     if (mPieces.empty()) std::cerr << "sift: the parsing string is empty and matches nothing\n";
+    mCautions.ReportPattern(!NSystem::IsTerminal(stderr));
     mPrinter.PrintStart(mInstance.Outputs());
-    const std::vector<std::string> standardInput = {"-"};
-    for (const std::string& file : mOptions.mFiles.empty() ? standardInput : mOptions.mFiles) {
-        ReadFile(file);
+    for (const std::string& file : mOptions.mFiles) {
+        mFile = file;
+        if (mSource.ReadFile(file) == Ending::kStopped) break;
     }
     ReportTrouble();
     mPrinter.PrintEnd(mCounts);
-    if (!std::cout.flush()) Complain("can't write to standard output");
-    if (mHasTrouble) return kExitTrouble;
-    return mCounts.mMatched != 0 ? kExitMatched : kExitNothingMatched;
+    const int status = EndRun(mHasTrouble, mCounts.mMatched != 0);
+    ReportCounts();
+    return status;
 }
 
 void MessageRun::TakeMessage(const InputMessage& message)
@@ -58,62 +82,80 @@ void MessageRun::TakeMessage(const InputMessage& message)
     mInstance.Deliver(message.mDelivery);
     if (mTriggered) ++mCounts.mMatched;
     PrintResult(message, mTriggered);
+    if (mTriggered) {
+        mCautions.ReportValues(mCounts.mMessages, message.mText, mInstance.Outputs());
+    }
 }
 
-void MessageRun::PrintResult(const InputMessage& message, bool matched)
+void MessageRun::PrintResult(const InputMessage& input, bool matched)
 {
-    if (!mOptions.mTrace && !mOptions.mMisses) {
-        if (matched) {
-            mPrinter.PrintMatch(mCounts.mMessages, message.mText, mInstance.Outputs(), nullptr);
-        }
+    const bool hasManyFiles = mOptions.mFiles.size() > 1;
+    Message message = {mCounts.mMessages, input.mText, hasManyFiles ? mFile : std::string_view(),
+                       input.mLine,       nullptr,     std::nullopt};
+    if (!mOptions.mTrace && !mOptions.mMisses && !mOptions.mRest) {
+        if (matched) mPrinter.PrintMatch(message, mInstance.Outputs());
         return;
     }
-    if (message.mIsLost) {
-        if (mOptions.mMisses) mPrinter.PrintLost(mCounts.mMessages, message.mText);
+    if (input.mIsLost) {
+        if (mOptions.mMisses) mPrinter.PrintLost(message);
         return;
     }
     if (mPieces.empty()) return;
-    const NExplain::Trace trace = NExplain::TraceMatch(mPieces, message.mText);
+    const NExplain::Trace trace = NExplain::TraceMatch(mPieces, input.mText);
     if (matched == trace.mRefusedBy.has_value()) {
         Complain("message " + std::to_string(mCounts.mMessages) +
                  ": the plug-in and sift disagree on whether it matches; are they the same "
                  "version?");
     }
     if (matched) {
-        mPrinter.PrintMatch(mCounts.mMessages, message.mText, mInstance.Outputs(),
-                            mOptions.mTrace ? &trace : nullptr);
+        if (mOptions.mTrace) message.mTrace = &trace;
+        if (mOptions.mRest) message.mRest = input.mText.substr(trace.mStoppedAt);
+        mPrinter.PrintMatch(message, mInstance.Outputs());
     } else if (mOptions.mMisses && trace.mRefusedBy) {
-        mPrinter.PrintMiss(mCounts.mMessages, message.mText, trace,
-                           NExplain::ExplainMiss(mPieces, message.mText, trace, message.mIsCut));
-    }
-}
-
-void MessageRun::ReadFile(const std::string& path)
-{
-    try {
-        mSource.ReadFile(path);
-    } catch (const std::system_error& error) {
-        Complain(error.what());
+        message.mTrace = &trace;
+        mPrinter.PrintMiss(message,
+                           NExplain::ExplainMiss(mPieces, input.mText, trace, input.mIsCut));
     }
 }
 
 void MessageRun::Complain(const std::string& error)
 {
-    std::cout.flush();
-    std::cerr << "sift: " << error << '\n';
+    Warn(error);
     mPrinter.PrintError(error);
     mHasTrouble = true;
 }
 
+void MessageRun::Warn(const std::string& warning) const
+{
+    std::cout.flush();
+    std::cerr << "sift: " << warning << '\n';
+}
+
 void MessageRun::ReportTrouble()
 {
-    if (mSource.HasLostText()) {
-        std::cerr << "sift: the input contains NUL bytes; the host's text ends at a NUL, so a "
-                     "message that contains one is cut there or lost\n";
-    }
     for (const NStandIn::Assertion& assertion : mHost.Assertions()) {
         std::cerr << "sift: the plug-in reports a failed check: " << assertion.mText << '\n';
     }
+}
+
+// Only people at a terminal need to know; a script has the exit status.
+void MessageRun::ReportCounts() const
+{
+    if (!NSystem::IsTerminal(stderr)) return;
+    const std::size_t missed = mCounts.mMessages - mCounts.mMatched;
+    std::cerr << "sift: ";
+    if (mCounts.mMessages == 0) {
+        std::cerr << (mSource.HasRead() ? "the end of a message never came" : "nothing came")
+                  << "; --show FILE shows what comes\n";
+        return;
+    }
+    if (mCounts.mMatched == 0) {
+        std::cerr << "none of " << NExplain::CountOf(missed, "message") << " matched";
+    } else {
+        std::cerr << NExplain::CountOf(mCounts.mMatched, "message") << " matched";
+        if (missed != 0) std::cerr << ", " << missed << " missed";
+    }
+    std::cerr << (missed != 0 && !mOptions.mMisses ? "; --misses shows why\n" : "\n");
 }
 
 }  // namespace NSift

@@ -1,6 +1,5 @@
 #include "tools/pattern_editor.h"
 
-#include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -9,7 +8,9 @@
 
 #include "tools/output/fault_printer.h"
 #include "tools/system/editor_launch.h"
+#include "tools/system/environment.h"
 #include "tools/system/file_replacement.h"
+#include "tools/system/path_text.h"
 #include "tools/system/terminal.h"
 
 namespace NSift {
@@ -22,8 +23,8 @@ namespace {
 std::string EditorCommand()
 {
     for (const char* const name : {"VISUAL", "EDITOR"}) {
-        const char* const command = std::getenv(name);
-        if (command != nullptr && *command != '\0') return command;
+        std::string command = NSystem::EnvironmentVariable(name).value_or("");
+        if (!command.empty()) return command;
     }
     std::cerr << "sift: neither VISUAL nor EDITOR is set; using " << NSystem::DefaultEditor()
               << '\n';
@@ -88,17 +89,18 @@ void PatternEditor::Abandon()
     if (mFile.empty()) return;
     ReadBack();
     if (mText == mOriginal) return Discard();
-    std::cerr << "sift: your text is kept in " << mFile.string() << '\n';
+    std::cerr << "sift: your text is kept in " << NSystem::TextOf(mFile) << '\n';
 }
 
 void PatternEditor::ReadBack()
 {
     std::ifstream file(mFile, std::ios::binary);
-    if (!file) throw std::runtime_error("can't read back " + mFile.string());
+    if (!file) throw std::runtime_error("can't read back " + NSystem::TextOf(mFile));
     mText.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    // Most editors end a text with a line feed that the user didn't type.
-    const bool hadLineFeed = !mOriginal.empty() && mOriginal.back() == '\n';
-    if (!hadLineFeed && !mText.empty() && mText.back() == '\n') mText.pop_back();
+    // Most editors end a text with a line end that the user didn't type.
+    if (mOriginal.ends_with('\n') || !mText.ends_with('\n')) return;
+    mText.pop_back();
+    if (mText.ends_with('\r')) mText.pop_back();
 }
 
 // Reads the answer from the terminal itself, since standard input may hold messages. The answer is
@@ -106,7 +108,7 @@ void PatternEditor::ReadBack()
 bool PatternEditor::AskToEditAgain() const
 {
     if (!NSystem::IsTerminal(stderr)) return false;
-    std::cerr << "edit " << mFile.string() << " again? [Y/n] " << std::flush;
+    std::cerr << "edit " << NSystem::TextOf(mFile) << " again? [Y/n] " << std::flush;
     std::ifstream terminal(NSystem::TerminalPath());
     std::string answer;
     if (!std::getline(terminal, answer)) return false;

@@ -3,17 +3,22 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "Common/Explain/cautions.h"
 #include "Common/Explain/fault.h"
 #include "Common/Explain/piece.h"
 #include "standin/stand_in_host.h"
+#include "tools/device_view.h"
 #include "tools/message_run.h"
 #include "tools/options.h"
+#include "tools/output/caution_report.h"
 #include "tools/output/explanation_printer.h"
 #include "tools/output/fault_printer.h"
 #include "tools/output/result_printer.h"
 #include "tools/pattern_editor.h"
+#include "tools/suggestion_run.h"
+#include "tools/system/environment.h"
 #include "tools/system/file_replacement.h"
+#include "tools/system/interruption.h"
+#include "tools/system/path_text.h"
 #include "tools/system/plugin_module.h"
 #include "tools/system/terminal.h"
 
@@ -54,12 +59,14 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
     PatternEditor editor;
     try {
         if (!editor.Run(host, instance, Palette(stderr))) {
-            std::cerr << "sift: edit cancelled; the parsing string is unchanged\n";
+            std::cerr << (options.mPattern.empty()
+                              ? "sift: edit cancelled; nothing was written\n"
+                              : "sift: edit cancelled; the parsing string is unchanged\n");
             editor.Abandon();
             return false;
         }
         if (!options.mPatternFile.empty())
-            NSystem::ReplaceFile(options.mPatternFile, editor.Text());
+            NSystem::ReplaceFile(NSystem::PathOf(options.mPatternFile), editor.Text());
     } catch (...) {
         editor.Abandon();
         throw;
@@ -70,15 +77,27 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
 
 int Run(const Options& options)
 {
+    if (options.mTask == Task::kShow || options.mTask == Task::kSuggest) {
+        NSystem::CatchInterruptions();
+        return options.mTask == Task::kShow ? ShowBytes(options) : SuggestPatterns(options);
+    }
     const NSystem::PluginModule plugin(options.mPlugin);
     NStandIn::StandInHost host(plugin.GetActorInfo(), NStandIn::HostMode::kPlain);
     NStandIn::Instance& instance = host.CreateInstance();
 
-    instance.SetState(options.mPattern);
+    const bool hasSamples = options.mFiles != std::vector<std::string>{"-"};
+    const bool isNew = options.mEdit && options.mPattern.empty() && hasSamples;
+    instance.SetState(isNew ? SuggestedPattern(options) : options.mPattern);
     host.ClearAssertions();  // a bad parsing string is reported in detail below
     if (options.mEdit && !Edit(host, instance, options)) return kExitTrouble;
 
     const std::string pattern = instance.State();
+    const bool isOnlyEdit = options.mEdit && options.mTask == Task::kMatch &&
+                            options.mFiles == std::vector<std::string>{"-"} &&
+                            NSystem::IsTerminal(stdin);
+    if (isOnlyEdit || (options.mEdit && options.mPatternFile.empty()))
+        (isOnlyEdit ? std::cout : std::cerr) << pattern << '\n';
+    if (isOnlyEdit) return kExitMatched;
     if (const auto error = Validate(host, instance); !error.mGood) {
         const NExplain::Fault fault = FaultOf(pattern, error);
         std::cerr << "sift: ";
@@ -94,16 +113,10 @@ int Run(const Options& options)
     }
     if (options.mTask == Task::kCheck) {
         printer->PrintOutputs(instance.Outputs());
-        for (const NExplain::Caution& caution : NExplain::FindCautions(pieces)) {
-            std::cerr << "sift: warning: piece " << caution.mPiece + 1 << ": " << caution.mText
-                      << '\n';
-        }
+        CautionReport(pieces, *printer).ReportPattern(false);
         return kExitMatched;
     }
-    if (options.mEdit && options.mFiles.empty() && NSystem::IsTerminal(stdin)) {
-        std::cout << pattern << '\n';
-        return kExitMatched;
-    }
+    NSystem::CatchInterruptions();
     return MessageRun(options, host, instance, pieces, *printer).Run();
 }
 
@@ -113,10 +126,11 @@ int Run(const Options& options)
 
 int main(int argc, char** argv)
 {
+    const NSystem::OutputSetup outputSetup;
     std::ios::sync_with_stdio(false);
     try {
         int exitStatus = NSift::kExitTrouble;
-        const auto options = NSift::ParseOptions(argc, argv, exitStatus);
+        const auto options = NSift::ParseOptions(NSystem::Arguments(argc, argv), exitStatus);
         return options ? NSift::Run(*options) : exitStatus;
     } catch (const std::exception& error) {
         std::cerr << "sift: " << error.what() << '\n';

@@ -41,6 +41,17 @@ bool NeedsQuotes(std::string_view text)
            text.find_first_of(" \t\r\n\"\\") != std::string_view::npos;
 }
 
+// Puts a backslash before each backslash and each quote of this kind.
+std::string WithBackslashes(std::string_view text, char quote)
+{
+    std::string plain;
+    for (const char c : text) {
+        if (c == quote || c == '\\') plain += '\\';
+        plain += c;
+    }
+    return plain;
+}
+
 }  // namespace
 
 std::size_t Utf8Length(std::string_view text, std::size_t position)
@@ -107,17 +118,14 @@ std::string Escaped(std::string_view text)
 
 std::string AlwaysQuoted(std::string_view text)
 {
-    std::string plain;
-    for (const char c : text) {
-        if (c == '"' || c == '\\') plain += '\\';
-        plain += c;
-    }
-    return '"' + Escaped(plain) + '"';
+    const bool isSingle = text.find('"') != text.npos && text.find('\'') == text.npos;
+    const char quote = isSingle ? '\'' : '"';
+    return quote + Escaped(WithBackslashes(text, quote)) + quote;
 }
 
 std::string Quoted(std::string_view text)
 {
-    return NeedsQuotes(text) ? AlwaysQuoted(text) : std::string(text);
+    return NeedsQuotes(text) ? '"' + Escaped(WithBackslashes(text, '"')) + '"' : std::string(text);
 }
 
 std::string HexOf(std::string_view bytes)
@@ -156,7 +164,7 @@ std::string NameOfByte(unsigned char byte)
     return NPattern::IsPrint(byte) ? InQuotes({&c, 1}) : "byte " + HexOf({&c, 1});
 }
 
-std::string CountOf(std::size_t count, const std::string& unit)
+std::string CountOf(std::uint64_t count, const std::string& unit)
 {
     return std::to_string(count) + ' ' + unit + (count == 1 ? "" : "s");
 }

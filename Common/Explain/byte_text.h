@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,7 @@ std::string Escaped(std::string_view text);
 // As Escaped; in double quotes, with \" and \\ inside, if it would be hard to read without them.
 std::string Quoted(std::string_view text);
 
-// As Quoted, but always in quotes.
+// As Quoted, but always in quotes: in single quotes if only double ones are in text.
 std::string AlwaysQuoted(std::string_view text);
 
 // Returns text between single quotes, as it is.
@@ -38,7 +39,7 @@ std::string HexOf(std::string_view bytes);
 std::string NameOfByte(unsigned char byte);
 
 // Returns "1 byte", "5 bytes" and the like.
-std::string CountOf(std::size_t count, const std::string& unit);
+std::string CountOf(std::uint64_t count, const std::string& unit);
 
 // Returns the number of columns that text takes on a terminal that reads UTF-8.
 std::size_t ColumnsOf(std::string_view text);

@@ -1,21 +1,19 @@
-// What compiles, but is most likely not what was meant.
+// Cautions about a parsing string.
 
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <vector>
 
+#include "caution.h"
 #include "piece.h"
 
 namespace NExplain {
 
-struct Caution {
-    std::size_t mPiece;  // position in Pieces
-    std::string mText;
-};
-
-// In the order of the pieces, at most one for each.
+// In the order of the pieces; a piece can have several.
 std::vector<Caution> FindCautions(const Pieces& pieces);
+
+// Those about pieces[index] alone.
+std::vector<Caution> FindCautions(const Pieces& pieces, std::size_t index);
 
 }  // namespace NExplain

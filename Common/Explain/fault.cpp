@@ -20,7 +20,7 @@ namespace {
 struct LexerStop {
     LexerMode mMode = NPattern::kNormalMode;
     std::size_t mStart = 0;  // of the token that cannot be read; the size of the string at its end
-    std::size_t mBracket = 0;  // the last one that opened a set
+    std::size_t mBracket = 0;  // the last one that opened or closed a set
 };
 
 LexerStop FindLexerStop(const std::string& parseString)
@@ -40,10 +40,9 @@ LexerStop FindLexerStop(const std::string& parseString)
             return stop;
         }
         if (token.mType == NPattern::kEnd) return stop;
-        const bool isOpening = token.mType == NPattern::kSymbol && !token.mEscaped &&
-                               (token.mChar == '[' || token.mChar == '{');
-        if (isOpening) stop.mBracket = static_cast<std::size_t>(token.mPosition);
-        stop.mMode = NPattern::ModeAfter(token, stop.mMode);
+        const LexerMode next = NPattern::ModeAfter(token, stop.mMode);
+        if (next != stop.mMode) stop.mBracket = static_cast<std::size_t>(token.mPosition);
+        stop.mMode = next;
     }
 }
 
@@ -71,7 +70,7 @@ Fault LexerFault(const std::string& parseString, const PatternSyntaxException& e
             break;
         default: break;  // an unmatched quote: the mark is under the quote alone
     }
-    fault.mHints = LexerHints(error.mCode, parseString.substr(fault.mStart), stop.mMode);
+    fault.mHints = LexerHints(error.mCode, parseString, fault.mStart, stop.mMode);
     return fault;
 }
 

@@ -1,12 +1,33 @@
 #include "lexer_hints.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "byte_text.h"
 
 namespace NExplain {
 
 namespace {
+
+constexpr char kLineEndWords[] =
+    "white space between text pieces is skipped, line ends too, so nothing has to take it; inside "
+    "quotes and [ ] \\r and \\n have a meaning";
+
+constexpr char kRepetitionWords[] =
+    "a number in braces does not repeat the piece before it: [ ] takes as many characters as there "
+    "are, [[ ]] exactly one, so write it as often as you need it; a word takes a count before it, "
+    "as in 3 letters";
+
+// True if the braces around start are attached to a piece and contain one or two short decimal
+// numbers: {3}, {2,4}.
+bool IsRepetition(const std::string& parseString, std::size_t start)
+{
+    if (start < 2 || parseString[start - 1] != '{') return false;
+    const char before = parseString[start - 2];
+    const std::size_t end = parseString.find_first_not_of("0123456789,", start);
+    return end != std::string::npos && parseString[end] == '}' && before != '{' && before != '=' &&
+           !NPattern::IsSpace(static_cast<NPattern::Byte>(before));
+}
 
 std::string HintByteValue(const std::string& fault)
 {
@@ -24,9 +45,45 @@ std::string HintByteValue(const std::string& fault)
     return hint + separate + ": " + fault.substr(0, 2) + ' ' + fault.substr(2, 2);
 }
 
-std::string HintCharacter(const std::string& fault, NPattern::LexerMode mode)
+// Signs and formats of other notations, and what to write here.
+struct ForeignSign {
+    std::string_view mSign;
+    std::string_view mInstead;
+};
+
+constexpr ForeignSign kForeignSigns[] = {
+    {"%d", "# takes a whole number"},
+    {"%f", ".# takes a number with a point"},
+    {"%s", "chars takes characters up to the next white space"},
+    {"%x", "x takes a hexadecimal number"},
+    {"\\r", kLineEndWords},
+    {"\\n", kLineEndWords},
+    {"\\d", "# takes a whole number, and [[0-9]] one digit"},
+    {"\\t", "white space between text pieces is skipped; [\\t] takes a tab where it is not"},
+    {"\\s", "white space between text pieces is skipped; [ \\t] takes it where it is not"},
+    {"\\w", "letters, digits and _ are [A-Za-z0-9_]"},
+    {"\\", "a backslash has a meaning only inside quotes and inside [ ]"},
+    {"//", "a parsing string has no comments"},
+    {"|", "a parsing string has no alternatives; for a single character use a set: [[ab]]"},
+};
+
+bool IsHexDigitAt(std::string_view text, std::size_t position)
 {
-    const char first = fault.empty() ? '\0' : fault.front();
+    return position < text.size() &&
+           NPattern::IsHexDigit(static_cast<NPattern::Byte>(text[position]));
+}
+
+// The text that was most likely meant: up to what begins another piece.
+std::string_view TextAt(std::string_view fault)
+{
+    const std::size_t end = fault.find_first_of(" \t\r\n'\"[{(#.:=", 1);
+    const bool isName = end != std::string_view::npos && fault[end] == ':';
+    return fault.substr(0, isName ? 1 : end);
+}
+
+std::string HintCharacter(std::string_view fault, NPattern::LexerMode mode)
+{
+    const char first = fault.front();
     if (fault.rfind("\xE2\x80", 0) == 0 || fault.rfind("\xC2\xB4", 0) == 0 || first == '`') {
         return "this is not a plain quote; a word processor may have put it there. Use ' or \"";
     }
@@ -34,37 +91,55 @@ std::string HintCharacter(const std::string& fault, NPattern::LexerMode mode)
         return "between { and } write bytes of two hexadecimal digits, such as 0D or 41-5A; "
                "characters go between [ and ]";
     }
-    switch (first) {
-        case '\\': return "a backslash has a meaning only inside quotes and inside [ ]";
-        case '|':
-            return "a parsing string has no alternatives; for a single character use a set: [[ab]]";
-        case '*':
-        case '+':
-            return "no sign repeats a piece; [ ] takes as many characters as there are, and # "
-                   "reads "
-                   "the sign of a number by itself. If it is a text of the message: " +
-                   InQuotes({&first, 1});
-        default: break;
+    if (fault.rfind("\\x", 0) == 0 && IsHexDigitAt(fault, 2) && IsHexDigitAt(fault, 3)) {
+        return "a byte is written in braces: {{" + std::string(fault.substr(2, 2)) + "}}";
     }
+    for (const ForeignSign& row : kForeignSigns) {
+        if (fault.rfind(row.mSign, 0) == 0) return std::string(row.mInstead);
+    }
+    if (fault == "$")
+        return "nothing has to mark the end: a message can always go on after the last piece";
+    if (first == '*' || first == '+') {
+        return std::string("no sign repeats a piece; [ ] takes as many characters as there are") +
+               (first == '+' ? ", and # reads the sign of a number by itself"
+                             : ", and chars all up to the next white space") +
+               ". If it is a text of the message: " + InQuotes({&first, 1});
+    }
+    const bool isPrint = NPattern::IsPrint(static_cast<NPattern::Byte>(first));
     return "it has no meaning outside quotes and sets. If it is a text of the message, write it in "
-           "quotes; a name has only letters, digits and _";
+           "quotes" +
+           (isPrint ? ": " + InQuotes(TextAt(fault)) : "") +
+           "; a name has only letters A to Z, digits and _";
+}
+
+// fault: from the opening bracket on.
+std::string HintUnclosed(std::string_view fault)
+{
+    const char open = fault.front();
+    const char close = open == '{' ? '}' : ']';
+    const bool isDouble = fault.size() > 1 && fault[1] == open;
+    std::string hint =
+        "the set that starts here has no closing " + std::string(isDouble ? 2 : 1, close);
+    if (fault.find("\\]") != std::string_view::npos)
+        hint += "; a ] after a backslash closes nothing";
+    return hint;
 }
 
 }  // namespace
 
-std::vector<std::string> LexerHints(NPattern::PatternErrorCode code, const std::string& fault,
-                                    NPattern::LexerMode mode)
+std::vector<std::string> LexerHints(NPattern::PatternErrorCode code, const std::string& parseString,
+                                    std::size_t start, NPattern::LexerMode mode)
 {
+    const std::string fault = parseString.substr(start);
     switch (code) {
-        case NPattern::kErrorInvalidByteValue: return {HintByteValue(fault)};
+        case NPattern::kErrorInvalidByteValue:
+            return {IsRepetition(parseString, start) ? kRepetitionWords : HintByteValue(fault)};
         case NPattern::kErrorUnmatchedQuote:
             return {
                 "the text that starts here has no closing quote; write a backslash before a quote "
                 "inside it, or put the other kind of quote around it"};
         case NPattern::kErrorUnclosedSet:
-        case NPattern::kErrorUnfinishedEscape:
-            return {std::string("the set that starts here has no closing ") +
-                    (fault.front() == '{' ? '}' : ']')};
+        case NPattern::kErrorUnfinishedEscape: return {HintUnclosed(fault)};
         case NPattern::kErrorEmptyQuotes: return {"a piece has to take something: leave it out"};
         default: return {HintCharacter(fault, mode)};
     }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -9,9 +10,9 @@
 
 namespace NExplain {
 
-// code: of an error of the lexer. fault: the parsing string from the fault on, not empty; mode: of
+// code: of an error of the lexer. start: of the fault, less than the size of parseString; mode: of
 // the lexer there.
-std::vector<std::string> LexerHints(NPattern::PatternErrorCode code, const std::string& fault,
-                                    NPattern::LexerMode mode);
+std::vector<std::string> LexerHints(NPattern::PatternErrorCode code, const std::string& parseString,
+                                    std::size_t start, NPattern::LexerMode mode);
 
 }  // namespace NExplain

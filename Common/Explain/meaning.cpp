@@ -75,10 +75,14 @@ std::string Takes(const NPattern::StringElement& text)
     const bool hasQuestionMark = shown.find('?') != std::string::npos;
     const std::string which = hasQuestionMark ? "each ? without a backslash before it" : "each ?";
     std::replace(shown.begin(), shown.end(), wildcard, '?');
-    return "the text " + AlwaysQuoted(shown) +
-           (text.IsCaseSensitive() ? ", with uppercase and lowercase as written"
-                                   : ", in uppercase or lowercase") +
-           (hasWildcard ? "; " + which + " is any one character" : "");
+    const bool hasLetter = std::any_of(
+        shown.begin(), shown.end(), [](char c) { return NPattern::IsAlpha(static_cast<Byte>(c)); });
+    std::string words = "the text " + AlwaysQuoted(shown);
+    if (hasLetter) {
+        words +=
+            text.IsCaseSensitive() ? ", and the case must match" : ", in uppercase or lowercase";
+    }
+    return words + (hasWildcard ? "; " + which + " is any one byte" : "");
 }
 
 std::string Takes(const NPattern::NumberElement& number)

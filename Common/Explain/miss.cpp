@@ -4,6 +4,7 @@
 
 #include "Common/Pattern/pattern_elements.h"
 #include "byte_text.h"
+#include "cautions.h"
 #include "meaning.h"
 
 namespace NExplain {
@@ -48,6 +49,12 @@ struct Stop {
     }
 };
 
+std::size_t AgreementWith(const StringElement& text, std::string_view rest)
+{
+    return text.Agreement(reinterpret_cast<const Byte*>(rest.data()),
+                          static_cast<std::uint32_t>(rest.size()));
+}
+
 std::string Excerpt(std::string_view text)
 {
     constexpr std::size_t kMost = 20;
@@ -58,41 +65,43 @@ std::string Excerpt(std::string_view text)
     return AlwaysQuoted(text.substr(0, length)) + (length < text.size() ? " ..." : "");
 }
 
-std::string Found(const Element& /*element*/, std::string_view rest)
+std::string Found(const Element& /*element*/, const Stop& stop)
 {
-    return NameOfByte(static_cast<Byte>(rest[0]));
+    return NameOfByte(stop.Next());
 }
 
-std::string Found(const StringElement& text, std::string_view rest)
+std::string Found(const StringElement& text, const Stop& stop)
 {
-    const auto* const data = reinterpret_cast<const Byte*>(rest.data());
-    const std::size_t agreement = text.Agreement(data, static_cast<std::uint32_t>(rest.size()));
+    const std::string_view rest = stop.mRest;
+    const std::size_t agreement = AgreementWith(text, rest);
     if (agreement == rest.size()) return Excerpt(rest) + ", where the message ends";
     if (agreement == 0) return Excerpt(rest);
     const auto wanted = static_cast<Byte>(text.MatchText()[agreement]);
-    return Excerpt(rest) + ", which differs at character " + std::to_string(agreement + 1) + ": " +
+    return Excerpt(rest) + ", which differs at byte " +
+           std::to_string(stop.mTrace.mStoppedAt + agreement) + ": " +
            NameOfByte(static_cast<Byte>(rest[agreement])) + " instead of " +
-           (wanted == NPattern::kWildcardByte ? "any other character" : NameOfByte(wanted));
+           (wanted == NPattern::kWildcardByte ? "any other byte" : NameOfByte(wanted));
 }
 
-std::string Found(const BytesetElement& set, std::string_view rest)
+std::string Found(const BytesetElement& set, const Stop& stop)
 {
+    const std::string_view rest = stop.mRest;
     const auto end = std::find_if_not(rest.begin(), rest.end(),
                                       [&set](char c) { return set.Has(static_cast<Byte>(c)); });
-    if (end == rest.begin()) return NameOfByte(static_cast<Byte>(rest[0]));
+    if (end == rest.begin()) return NameOfByte(stop.Next());
     return "only " + std::to_string(end - rest.begin()) + " of them, then " +
            (end == rest.end() ? "the message ends" : NameOfByte(static_cast<Byte>(*end)));
 }
 
-std::string Found(const BitfieldElement& /*block*/, std::string_view rest)
+std::string Found(const BitfieldElement& /*block*/, const Stop& stop)
 {
-    return "only " + CountOf(rest.size(), "byte");
+    return "only " + CountOf(stop.mRest.size(), "byte");
 }
 
 std::string FoundWords(const Stop& stop)
 {
     if (stop.IsUsedUp()) return "nothing";
-    return std::visit([&stop](const auto* element) { return Found(*element, stop.mRest); },
+    return std::visit([&stop](const auto* element) { return Found(*element, stop); },
                       stop.mPiece.mElement->Pointer());
 }
 
@@ -122,21 +131,49 @@ std::string HintOtherCase(const Stop& stop)
     return "only uppercase and lowercase differ: a text in \"double quotes\" ignores that";
 }
 
+// A set that takes the white space at the start of text.
+std::string SetFor(std::string_view text)
+{
+    const std::string_view space =
+        text.substr(0, text.find_first_not_of(std::string_view(" \t\r\n")));
+    std::string members;
+    for (const char c : {' ', '\t', '\r', '\n'}) {
+        if (space.find(c) != std::string_view::npos) members += c;
+    }
+    return '[' + Escaped(members) + ']';
+}
+
+std::string HintFirstSpace(const Stop& stop)
+{
+    if (stop.mMessage.find_first_not_of("\r\n") == std::string_view::npos) {
+        return "this is an empty line, as many devices send before an answer: it does no harm";
+    }
+    if (stop.Next() == '\n') {
+        return "the message begins with a line feed: if lines end with CR LF, the end-of-message "
+               "character is 10, not 13";
+    }
+    return "white space at the start of a message is not skipped; if every message begins with it, "
+           "begin the parsing string with a piece that takes it: " +
+           SetFor(stop.mRest);
+}
+
 std::string HintSpace(const Stop& stop)
 {
     if (stop.IsUsedUp() || !NPattern::IsSpace(stop.Next())) return "";
+    const auto* const text = ElementAs<StringElement>(stop.mPiece);
+    if (text != nullptr && AgreementWith(*text, stop.mRest) > 0) return "";
     // These do not refuse the space, but a message that is too short.
     const auto* const set = ElementAs<BytesetElement>(stop.mPiece);
     const bool takesSpace = set != nullptr && set->Has(stop.Next());
     if (takesSpace || ElementAs<BitfieldElement>(stop.mPiece) != nullptr) return "";
-    if (stop.mIndex == 0) {
-        return "white space at the start of a message is not skipped; begin the parsing string "
-               "with a piece that takes it: [ ]";
+    if (set != nullptr && set->Has(' ')) {
+        return "this set takes spaces, but no other white space; [ \\t\\r\\n] takes any";
     }
+    if (stop.mIndex == 0) return HintFirstSpace(stop);
     if (stop.mPiece.mSkipsSpace) return "";
     return "white space is skipped only between two pieces that read text, and " +
            PieceName(stop.mPiece.mElement->IsBinary() ? stop.mIndex : stop.mIndex - 1) +
-           " reads bytes";
+           " reads bytes; " + SetFor(stop.mRest) + " takes it";
 }
 
 std::string HintPoint(const Stop& stop)
@@ -173,13 +210,24 @@ std::string HintSign(const Stop& stop)
     return "a hexadecimal number has no sign";
 }
 
-// The text is in the message, but further on.
+// A text or a number is in the message, but further on.
 std::string HintFurtherOn(const Stop& stop)
 {
+    const auto* const number = ElementAs<NumberElement>(stop.mPiece);
+    if (number != nullptr && !number->IsHex() && !stop.IsUsedUp() &&
+        NPattern::IsAlpha(stop.Next())) {
+        const std::size_t digit = stop.mRest.find_first_of("0123456789");
+        if (digit == std::string_view::npos) return "";
+        return "the number comes later, after " + Excerpt(stop.mRest.substr(0, digit)) +
+               ": nothing is passed over, so a piece has to take that";
+    }
     const auto* const text = ElementAs<StringElement>(stop.mPiece);
     if (text == nullptr) return "";
     const std::size_t place = stop.mRest.find(text->MatchText());
-    if (place == std::string_view::npos) return "";
+    // White space has a hint of its own.
+    if (place == std::string_view::npos || stop.mRest.find_first_not_of(" \t\r\n") == place) {
+        return "";
+    }
     return "this text comes later, after " + Excerpt(stop.mRest.substr(0, place)) +
            ": nothing is passed over, so a piece has to take that";
 }
@@ -195,13 +243,17 @@ std::string HintTookTooMuch(const Stop& stop)
     const auto* const set = stop.Before<BytesetElement>();
     const bool isSet = set != nullptr && set->Length() == 0;
     const bool isLine = stop.Before<EOLElement>() != nullptr;
-    if (!isSet && !isLine && stop.Before<NumberElement>() == nullptr) return "";
-    const bool tookAll = stop.IsUsedUp() && taken.size() > 1 && (isSet || isLine);
+    const bool isNumber = stop.Before<NumberElement>() != nullptr;
+    if (!isSet && !isLine && !isNumber) return "";
+    const bool isSecondNumber = isNumber && ElementAs<NumberElement>(stop.mPiece) != nullptr;
+    const bool tookAll = stop.IsUsedUp() && taken.size() > 1 && (isSet || isLine || isSecondNumber);
     if (!tookWanted && !tookAll) return "";
+    const char* const remedy =
+        isSet ? "; a set without the character that ends the field stops there, as [^,] does"
+        : isSecondNumber ? "; a count limits a number: 2# takes at most two digits"
+                         : "";
     return PieceName(index) + " took " + Excerpt(taken) +
-           ": a piece takes all it can and never gives anything back" +
-           (isSet ? "; a set without the character that ends the field stops there, as [^,] does"
-                  : "");
+           ": a piece takes all it can and never gives anything back" + remedy;
 }
 
 std::string HintCut(const Stop& stop)
@@ -219,9 +271,28 @@ std::string HintEmptyRest(const Stop& stop)
     return "each piece needs at least one character, even eol";
 }
 
+// In UTF-8, one character that isn't ASCII is several bytes.
+std::string HintWildcard(const Stop& stop)
+{
+    const auto* const text = ElementAs<StringElement>(stop.mPiece);
+    if (text == nullptr ||
+        text->MatchText().find(static_cast<char>(NPattern::kWildcardByte)) == std::string::npos) {
+        return "";
+    }
+    const std::size_t length = std::min(AgreementWith(*text, stop.mRest), stop.mRest.size());
+    for (std::size_t i = 0; i < length; ++i) {
+        const std::size_t bytes = Utf8Length(stop.mRest, i);
+        if (bytes < 2 || text->MatchText()[i] != static_cast<char>(NPattern::kWildcardByte))
+            continue;
+        return "each ? is one byte, and " + AlwaysQuoted(stop.mRest.substr(i, bytes)) + " is " +
+               CountOf(bytes, "byte") + ": use " + std::string(bytes, '?');
+    }
+    return "";
+}
+
 constexpr std::string (*kHints[])(const Stop&) = {
-    HintOtherCase, HintSpace,     HintPoint,       HintExponent, HintHexPrefix,
-    HintSign,      HintFurtherOn, HintTookTooMuch, HintCut,      HintEmptyRest,
+    HintOtherCase, HintSpace,       HintPoint, HintExponent,  HintHexPrefix, HintSign,
+    HintFurtherOn, HintTookTooMuch, HintCut,   HintEmptyRest, HintWildcard,
 };
 
 }  // namespace
@@ -232,6 +303,13 @@ Miss ExplainMiss(const Pieces& pieces, std::string_view message, const Trace& tr
     const Stop stop{
         pieces, message, trace, isCut, index, pieces[index], message.substr(trace.mStoppedAt)};
     Miss miss{VerdictWords(stop), TakesOf(stop.mPiece), FoundWords(stop), {}};
+    // The mistake is in the parsing string, not in the message.
+    for (const Caution& caution : FindCautions(pieces, index)) {
+        if (PreventsMatch(caution.mKind) || caution.mKind == kCautionOnlyAfterSpace) {
+            miss.mHints.push_back(caution.mText);
+            return miss;
+        }
+    }
     for (const auto hintFor : kHints) {
         if (std::string hint = hintFor(stop); !hint.empty()) miss.mHints.push_back(std::move(hint));
     }

@@ -17,6 +17,10 @@ struct Miss {
     std::vector<std::string> mHints;  // for common mistakes
 };
 
+// The verdict on a message that the plug-in never sees completely, instead of ExplainMiss.
+inline constexpr char kLostVerdict[] =
+    "the message is lost: it contains a NUL, and the host's text ends at a NUL";
+
 // trace: of a message that did not match.
 // isCut: the message went on after a NUL, but the host passes text that ends there.
 Miss ExplainMiss(const Pieces& pieces, std::string_view message, const Trace& trace, bool isCut);

@@ -16,10 +16,10 @@ constexpr char kSourceFile[] = "pattern_number_element.cpp";
     throw WithCode(kErrorWrongForm, PatternException(kSourceFile, line, "Not a NumberElement"));
 }
 
-KindWord ClassifyKindWord(const LToken& token)
+NumberKind ClassifyNumberWord(const LToken& token)
 {
-    const KindWord kind = FindKindWord(token.mText);
-    if (kind == kKindNone) ThrowNoNumber(__LINE__);
+    const NumberKind kind = FindNumberKind(token.mText);
+    if (kind == kNumberNone) ThrowNoNumber(__LINE__);
     return kind;
 }
 
@@ -29,14 +29,14 @@ std::int32_t TakeOptionalNumber(const std::vector<LToken>& tokens, TokenCursor& 
     return ExpectToken(tokens, ioCursor, token, kNumber, nullptr) ? token->mValue : 0;
 }
 
-KindWord TakeKindWord(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
+NumberKind TakeNumberWord(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
     const LToken* token = nullptr;
     if (!ExpectToken(tokens, ioCursor, token, kIdentifier, nullptr) &&
         !ExpectToken(tokens, ioCursor, token, kSymbol, nullptr)) {
         ThrowNoNumber(__LINE__);
     }
-    return ClassifyKindWord(*token);
+    return ClassifyNumberWord(*token);
 }
 
 // A run of digits, converted to a number while it is scanned.
@@ -188,12 +188,12 @@ constexpr StepFunctionPair kHexSteps[kValueKindCount] = {
 
 }  // namespace
 
-KindWord FindKindWord(std::string_view word)
+NumberKind FindNumberKind(std::string_view word)
 {
     const auto* const row =
-        std::find_if(kKindWords.begin(), kKindWords.end(),
-                     [word](const KindWordRow& r) { return EqualsIgnoringCase(r.mWord, word); });
-    return row != kKindWords.end() ? row->mKind : kKindNone;
+        std::find_if(kNumberWords.begin(), kNumberWords.end(),
+                     [word](const NumberWord& r) { return EqualsIgnoringCase(r.mWord, word); });
+    return row != kNumberWords.end() ? row->mKind : kNumberNone;
 }
 
 bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
@@ -202,18 +202,18 @@ bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor curs
     if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
     const LToken& word = TokenAt(tokens, cursor);
     return (word.mType == kIdentifier || word.mType == kSymbol) &&
-           FindKindWord(word.mText) != kKindNone;
+           FindNumberKind(word.mText) != kNumberNone;
 }
 
 NumberElement::NumberElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
     ParseDeclaration(tokens, ioCursor);
     mIntegerDigits = TakeOptionalNumber(tokens, ioCursor);
-    const KindWord kind = TakeKindWord(tokens, ioCursor);
-    mDecimalPoint = kind == kKindPoint;
-    mHex = kind == kKindHex;
+    const NumberKind kind = TakeNumberWord(tokens, ioCursor);
+    mDecimalPoint = kind == kNumberPoint;
+    mHex = kind == kNumberHex;
     mFractionDigits = mDecimalPoint ? TakeOptionalNumber(tokens, ioCursor) : 0;
-    if (mDecimalPoint && TakeKindWord(tokens, ioCursor) != kKindDigit) {
+    if (mDecimalPoint && TakeNumberWord(tokens, ioCursor) != kNumberDecimal) {
         ThrowNoNumber(__LINE__);
     }
 }

@@ -7,25 +7,25 @@
 
 namespace NPattern {
 
-enum KindWord { kKindNone, kKindDigit, kKindHex, kKindPoint };
+enum NumberKind { kNumberNone, kNumberDecimal, kNumberHex, kNumberPoint };
 
 // A word of the language for a kind of number.
-struct KindWordRow {
+struct NumberWord {
     std::string_view mWord;
-    KindWord mKind;
+    NumberKind mKind;
 };
 
-inline constexpr std::array<KindWordRow, 6> kKindWords = {{
-    {"x", kKindHex},
-    {"hex", kKindHex},
-    {"#", kKindDigit},
-    {"digit", kKindDigit},
-    {"digits", kKindDigit},
-    {".", kKindPoint},
+inline constexpr std::array<NumberWord, 6> kNumberWords = {{
+    {"x", kNumberHex},
+    {"hex", kNumberHex},
+    {"#", kNumberDecimal},
+    {"digit", kNumberDecimal},
+    {"digits", kNumberDecimal},
+    {".", kNumberPoint},
 }};
 
-// Returns the kind that a word names, case ignored, or kKindNone.
-KindWord FindKindWord(std::string_view word);
+// Returns the kind that a word names, case ignored, or kNumberNone.
+NumberKind FindNumberKind(std::string_view word);
 
 // A number written as text: #, 3#, x, 2x, .#, 3.2# and the like. Takes as many bytes as its limits
 // allow, even if they are no number: a lone sign or point is a match, of value 0.

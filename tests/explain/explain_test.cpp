@@ -1,4 +1,4 @@
-// What a parsing string means, where a message stops and why, and what is wrong with a string.
+// What a parsing string means, and where a message stops and why.
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,6 @@
 #include <string>
 
 #include "Common/Explain/byte_text.h"
-#include "Common/Explain/cautions.h"
-#include "Common/Explain/fault.h"
 #include "Common/Explain/meaning.h"
 #include "Common/Explain/miss.h"
 #include "Common/Explain/trace.h"
@@ -29,10 +27,10 @@ struct MeaningRow {
 TEST(Explain, SaysWhatEachPieceMeans)
 {
     const MeaningRow rows[] = {
-        {"'a?b'",
-         R"(the text "a?b", with uppercase and lowercase as written; each ? is any one character)"},
+        {"'a?b'", R"(the text "a?b", and the case must match; each ? is any one byte)"},
         {"\"\xC3\xA4\\x\"", "the text \"\xC3\xA4x\", in uppercase or lowercase"},
-        {"n:s='a'", "the text \"a\", with uppercase and lowercase as written | n: a string"},
+        {"n:s='a'", "the text \"a\", and the case must match | n: a string"},
+        {R"('","')", R"(the text '","')"},
         {"3#", "a whole number, with or without a sign, at most 3 digits"},
         {"n:i=.#", "a number, with or without a sign and a decimal point | n: an integer"},
         {"1.2#",
@@ -58,9 +56,8 @@ TEST(Explain, SaysWhatEachPieceMeans)
         {"{0D 41-5A}", "one or more of the bytes 0D, 41 to 5A"},
         {"{{00-FF}}", "exactly one byte of any value"},
         {"{^00-FF}", "nothing: the set excludes every byte"},
-        {"'a\\?b?'",
-         R"(the text "a?b?", with uppercase and lowercase as written; each ? without a )"
-         "backslash before it is any one character"},
+        {"'a\\?b?'", R"(the text "a?b?", and the case must match; each ? without a )"
+                     "backslash before it is any one byte"},
         {"{00-80}", "one or more bytes except 81 to FF"},
         {"n:i={00-FE}",
          "one or more bytes except FF | n: an integer, least significant byte first"},
@@ -101,133 +98,6 @@ TEST(Explain, TakesAParsingStringApart)
     EXPECT_THROW(TakeApart("'a' wrong"), NPattern::PatternSyntaxException);
 }
 
-TEST(Explain, CautionsOnlyAgainstWhatIsSeldomMeant)
-{
-    struct Row {
-        const char* mPattern;
-        const char* mCaution;  // its beginning
-    };
-    for (const Row& row : {Row{"'a' ph:float=[^,]", "this set includes white space"},
-                           {"'a' n:i=[0-9 ]", "this set includes white space"},
-                           {"'a' ph:float=#.#", "this piece and the next are two numbers"},
-                           {"'a' ph:float=3#", "this reads whole numbers only"},
-                           {"'a' n:f=2x", "this reads whole numbers only"}}) {
-        const auto cautions = FindCautions(TakeApart(row.mPattern));
-        ASSERT_EQ(cautions.size(), 1U) << row.mPattern;
-        EXPECT_EQ(cautions[0].mPiece, 1U);
-        EXPECT_EQ(cautions[0].mText.rfind(row.mCaution, 0), 0U) << cautions[0].mText;
-    }
-    for (const char* quiet : {"'a' f:float=.# g:float=[-.0-9] # i:integer=x s:string=[^,]",
-                              "a:i=# b:f=.#", "n:i=4 bytes", "n:i={30-39}", ""}) {
-        EXPECT_TRUE(FindCautions(TakeApart(quiet)).empty()) << quiet;
-    }
-}
-
-struct FaultRow {
-    const char* mPattern;
-    NPattern::PatternErrorCode mCode;
-    std::size_t mStart;
-    std::size_t mLength;
-    const char* mHint;  // part of the only one; null: there is none
-};
-
-TEST(Explain, FindsTheFaultAndItsRemedy)
-{
-    using namespace NPattern;
-    const FaultRow rows[] = {
-        {"'x' '", kErrorUnmatchedQuote, 4, 1, "has no closing quote"},
-        {"'x' \"\"", kErrorEmptyQuotes, 4, 2, "leave it out"},
-        {"n:s=[abc", kErrorUnclosedSet, 4, 1, "has no closing ]"},
-        {"{41 ", kErrorUnclosedSet, 0, 1, "has no closing }"},
-        {"'x' [a] {41", kErrorUnclosedSet, 8, 1, "has no closing }"},
-        {"[a\\[b", kErrorUnclosedSet, 0, 1, "has no closing ]"},
-        {"[a\\", kErrorUnfinishedEscape, 0, 1, "has no closing ]"},
-        {"{0A0D}", kErrorInvalidByteValue, 1, 4, ": 0A 0D"},
-        {"{ A}", kErrorInvalidByteValue, 2, 1, ": 0A"},
-        {"{123}", kErrorInvalidByteValue, 1, 3, "separate bytes"},
-        {"{0x41}", kErrorInvalidByteValue, 1, 1, "no prefix 0x"},
-        {"{41 z}", kErrorUnexpectedCharacter, 4, 1, "between [ and ]"},
-        {"'a'  !", kErrorUnexpectedCharacter, 5, 1, "outside quotes and sets"},
-        {"\xE2\x80\x9C z", kErrorUnexpectedCharacter, 0, 3, "not a plain quote"},
-        {"a*", kErrorUnexpectedCharacter, 1, 1, "no sign repeats a piece"},
-        {"'a'|'b'", kErrorUnexpectedCharacter, 3, 1, "no alternatives"},
-        {"\\d", kErrorUnexpectedCharacter, 0, 1, "a backslash"},
-        {"'ab' wrong x", kErrorSyntax, 5, 5, "in quotes: 'wrong'"},
-        {"lettrs", kErrorSyntax, 0, 6, "did you mean letters?"},
-        {"pattern.txt", kErrorSyntax, 0, 7, "put -f before it"},
-        {"n:i=3[a-z]", kErrorSyntax, 0, 1, "cannot come before a bracket. [ ]"},
-        {"n:i#", kErrorSyntax, 0, 1, "an = after its type: n:i="},
-        {"x:i#", kErrorSyntax, 1, 1, "an = after its type: x:i="},
-        {"t=.#", kErrorSyntax, 0, 1, "t:float="},
-        {"n:flaot=.#", kErrorSyntax, 0, 1, "did you mean float? The types are string, float, "},
-        {"n:zzzz=.#", kErrorSyntax, 0, 1, "'zzzz' is not a type. The types are"},
-        {"n:flxyz=#", kErrorSyntax, 0, 1, "'flxyz' is not a type. The types are"},
-        {"n:i==#", kErrorSyntax, 0, 1, nullptr},
-        {"'x' 5", kErrorSyntax, 4, 1, "quotes: '5'"},
-        {"n:i=", kErrorSyntax, 0, 1, "after n:i= comes the piece"},
-        {"n:i=(0-7)", kErrorSyntax, 0, 1, "(n=0-7)"},
-        {"0 chars", kErrorSyntax, 0, 1, "at least 1"},
-        {"digits 4", kErrorSyntax, 7, 1, "before its word: 4 digits"},
-        {"digits4", kErrorSyntax, 0, 7, "before its word: 4 digits"},
-        {"x4", kErrorSyntax, 0, 2, "before its word: 4x"},
-        {"12", kErrorSyntax, 0, 2, "quotes: '12'; # takes"},
-        {"2 bytes:L", kErrorSyntax, 7, 1, "linteger or binteger"},
-        {"(a=0-32)", kErrorSyntax, 0, 1, "0-32 is wider"},
-        {"(a=1)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
-        {"(a=-40)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
-        {"(1-2,) (0-63)", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
-        {"(1-2,) {00-FF}", kErrorSyntax, 0, 1, "(low=0-3, high=4-7)"},
-        {"3 eol", kErrorSyntax, 0, 1, "before eol"},
-        {"'a', 'b'", kErrorSyntax, 3, 1, "quotes: ','"},
-        {"'a' )", kErrorSyntax, 4, 1, "nothing open that ')'"},
-        {"[]", kErrorSyntax, 0, 1, nullptr},
-    };
-    for (const FaultRow& row : rows) {
-        const auto fault = FindFault(row.mPattern);
-        ASSERT_TRUE(fault.has_value()) << row.mPattern;
-        EXPECT_EQ(fault->mCode, row.mCode) << row.mPattern;
-        EXPECT_EQ(fault->mStart, row.mStart) << row.mPattern;
-        EXPECT_EQ(fault->mLength, row.mLength) << row.mPattern;
-        ASSERT_EQ(fault->mHints.size(), row.mHint != nullptr ? 1U : 0U) << row.mPattern;
-        if (row.mHint != nullptr) {
-            EXPECT_NE(fault->mHints[0].find(row.mHint), std::string::npos) << fault->mHints[0];
-        }
-        EXPECT_EQ(fault->mNeeds.empty(), row.mCode != kErrorSyntax) << row.mPattern;
-    }
-    EXPECT_FALSE(FindFault("n:i=#").has_value());
-}
-
-// The needs come from the tables that the engine itself compiles with.
-TEST(Explain, NamesEveryWordThatCouldHaveStoodThere)
-{
-    const auto needsOf = [](const char* pattern) {
-        std::string needs;
-        const Fault fault = FindFault(pattern).value();
-        for (const std::string& need : fault.mNeeds) needs += need + '\n';
-        return needs;
-    };
-    const std::string needs = needsOf("wrong");
-    for (const auto& row : NPattern::kKindWords) {
-        EXPECT_NE(needs.find(' ' + std::string(row.mWord)), std::string::npos) << row.mWord;
-    }
-    for (const auto& row : NPattern::kByteClasses) {
-        EXPECT_NE(needs.find(' ' + std::string(row.mWord)), std::string::npos) << row.mWord;
-    }
-    struct Row {
-        const char* mPattern;
-        const char* mNeed;
-    };
-    for (const Row& row :
-         {Row{"n:i=3[a]", "number     after n:i= after the count 3 one of x hex # digit"},
-          {"n:q=#", "text       another type in the header, and then 'a text"},
-          {"n:i=(1-)", "bit field  no header, and ("},
-          {". x", "number     after the point one of # digit digits, with or"},
-          {"[[]]", "set        characters or ranges like a-z, at least one, up to ]]"},
-          {"{}", "set        bytes like 0D or ranges like 41-5A, at least one, up to }"}}) {
-        EXPECT_NE(needsOf(row.mPattern).find(row.mNeed), std::string::npos) << row.mPattern;
-    }
-}
-
 struct MissRow {
     const char* mPattern;
     std::string mMessage;
@@ -242,13 +112,17 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"'a'", "", "nothing", ""},
         {"'a' eol", "a", "nothing before 2", "each piece needs at least one character, even eol|"},
         {"'Ab'", "aB", "\"aB\" at 0", "only uppercase and lowercase differ|"},
-        {"# 'H='", "5 H:4", "\"H:4\", which differs at character 2: ':' instead of '=' at 2", ""},
+        {"# 'H='", "5 H:4", "\"H:4\", which differs at byte 3: ':' instead of '=' at 2", ""},
         {"'abc'", "ab", "\"ab\", where the message ends at 0", ""},
-        {"#", " 5", "space at 0", "white space at the start of a message|"},
+        {"#", " \t5", "space at 0",
+         "white space at the start of a message is not skipped; if every message begins with it, "
+         "begin the parsing string with a piece that takes it: [ \\t]|"},
+        {"#", "\n5", "line feed at 0", "the message begins with a line feed|"},
+        {"' x'", " y", "\" y\", which differs at byte 1: 'y' instead of 'x' at 0", ""},
+        {"# #", "12", "nothing before 2", "piece 1 took \"12\"|"},
         {"2 bytes #", "ab 5", "space at 2",
          "white space is skipped only between two pieces that read text, and piece 1 reads bytes|"},
-        {"# [[ ,]]", "5\t", "tab at 1",
-         "white space is skipped only between two pieces that read text, and piece 2 reads bytes|"},
+        {"# [[ ,]]", "5\t", "tab at 1", "this set takes spaces, but no other white space|"},
         {"# 'C'", "5.2C", "\".2C\" at 1", "write a number that may have|this text comes later|"},
         {"# 'V'", "5e3", "\"e3\" at 1", "name:float=[-+.0-9Ee] reads a number with an exponent|"},
         {"x ';'", "0x1F", "\"x1F\" at 1", "a prefix 0x is not part of a number|"},
@@ -257,12 +131,13 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"# 'V'", "5 e3", "\"e3\" at 2", ""},
         {"# 'V'", "5 .5", "\".5\" at 2", ""},
         {"'?a?'", "ba\0"s,
-         "\"ba\\x00\", which differs at character 3: byte 00 instead of any other character at 0",
-         ""},
+         "\"ba\\x00\", which differs at byte 2: byte 00 instead of any other byte at 0", ""},
         {"'b'", "aab", "\"aab\" at 0", "this text comes later, after \"aa\"|"},
-        {"n:s=chars ';'", "abc;", "nothing before 2", "piece 1 took \"abc;\"|"},
-        {"[^,] 'x'", "ab", "nothing before 2", "piece 1 took \"ab\"|"},
-        {"[^,] 'x'", "a", "nothing before 2", ""},
+        {"n:s=chars ';'", "abc;", "nothing before 2", "piece 1 takes ';' too|"},
+        {"n:s=chars 'V'", "5V", "nothing before 2", "piece 1 took \"5V\"|"},
+        {"[^,] 'x'", "ab", "nothing before 2", "piece 1 takes everything|"},
+        {"letters #", "ab", "nothing before 2", "piece 1 took \"ab\"|"},
+        {"letters #", "a", "nothing before 2", ""},
         {"# '5'", "15", "nothing before 2", "piece 1 took \"15\"|"},
         {"4 bytes 'x'", "abcd", "nothing before 2", ""},
         {"'aXb' 'X'", "aXbY", "\"Y\" at 3", ""},
@@ -276,6 +151,14 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"#", "\x01", "byte 01 at 0", ""},
         {"'a' #", "a", "nothing before 2", "the message goes on with a byte 00|", true},
         {"'a' #", "a", "nothing before 2", ""},
+        {"'OK'", "\r", "\"\\r\" at 0", "this is an empty line|"},
+        {"'T' #", "T is 5", "'i' at 2", "the number comes later, after \"is \"|"},
+        {"'5?C'",
+         "5\xC2\xB0"
+         "C",
+         "\"5\xC2\xB0"
+         "C\", which differs at byte 2: byte B0 instead of 'C' at 0",
+         "each ? is one byte, and \"\xC2\xB0\" is 2 bytes: use ??|"},
     };
     for (const MissRow& row : rows) {
         const Pieces pieces = TakeApart(row.mPattern);

@@ -1,16 +1,18 @@
-# Fails if the module needs a libstdc++ from the process that loads it, or a libgcc_s that isn't of
-# the oldest.
-# Call: cmake -DOBJDUMP=objdump -DMODULE=path -P check_runtime.cmake
-execute_process(COMMAND ${OBJDUMP} -p ${MODULE} OUTPUT_VARIABLE headers RESULT_VARIABLE status)
+# Fails if FILE needs a library that isn't on every system, or a libgcc_s that isn't of the oldest.
+# Call: cmake -DOBJDUMP=objdump -DFILE=path -P check_runtime.cmake
+execute_process(COMMAND ${OBJDUMP} -p ${FILE} OUTPUT_VARIABLE headers RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
-    message(FATAL_ERROR "${OBJDUMP} can't read ${MODULE}")
+    message(FATAL_ERROR "${OBJDUMP} can't read ${FILE}")
 endif()
 string(REGEX MATCHALL "(NEEDED|DLL Name:) [^\n]*" libraries "${headers}")
 if(NOT libraries)
-    message(FATAL_ERROR "${OBJDUMP} lists no library that ${MODULE} needs")
+    message(FATAL_ERROR "${OBJDUMP} lists no library that ${FILE} needs")
 endif()
-string(REGEX MATCHALL "libstdc\\+\\+[^\n]*|(GLIBCXX|CXXABI)_[0-9.]+|GCC_([5-9]|1[0-9])[0-9.]*"
-    needs "${headers}")
-if(needs)
-    message(FATAL_ERROR "the module needs: ${needs}")
+list(TRANSFORM libraries REPLACE ".* " "")
+set(others ${libraries})
+list(FILTER others EXCLUDE REGEX "^(lib(c|m|dl|pthread|gcc_s)|ld.*)\\.so\\.[0-9]$")
+list(FILTER others EXCLUDE REGEX "^(KERNEL32|msvcrt|SHELL32)\\.dll$")
+string(REGEX MATCHALL "(GLIBCXX|CXXABI)_[0-9.]+|GCC_([5-9]|1[0-9])[0-9.]*" versions "${headers}")
+if(others OR versions)
+    message(FATAL_ERROR "${FILE} needs: ${others} ${versions}")
 endif()

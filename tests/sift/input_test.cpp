@@ -67,7 +67,7 @@ TEST_F(Sift, AnswersWhileItsInputIsOpen)
         dup2(input[0], 0);
         dup2(output[1], 1);
         close(input[1]);
-        execl(WORD_SIFTER_SIFT, "sift", "n:i=#", static_cast<char*>(nullptr));
+        execl(Program().c_str(), "sift", "n:i=#", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(input[0]);
@@ -165,17 +165,17 @@ TEST(InputFile, GoesOnReadingAfterASignal)
     ASSERT_EQ(sigaction(SIGALRM, &action, nullptr), 0);  // without SA_RESTART
     const itimerval timer = {{0, 20'000}, {0, 20'000}};
     setitimer(ITIMER_REAL, &timer, nullptr);
-    std::FILE* const file = fdopen(ends[0], "rb");
+    NSystem::InputFile file("/dev/fd/" + std::to_string(ends[0]), {});
     std::array<char, 8> buffer{};
     std::error_code error;
-    EXPECT_EQ(NSystem::ReadSome(file, buffer, error), 1U);
+    EXPECT_EQ(file.Read(buffer, std::nullopt, error), 1U);
     EXPECT_FALSE(error) << error.message();
     const itimerval noTimer = {};
     setitimer(ITIMER_REAL, &noTimer, nullptr);
     close(ends[1]);
-    EXPECT_EQ(NSystem::ReadSome(file, buffer, error), 0U);
+    EXPECT_EQ(file.Read(buffer, std::nullopt, error), 0U);
     EXPECT_FALSE(error) << error.message();
-    std::fclose(file);
+    close(ends[0]);
 }
 
 }  // namespace

@@ -21,6 +21,14 @@
 using namespace std::string_literals;
 namespace fs = std::filesystem;
 
+// The program under test: that of this build, or what the environment names instead, such as a
+// script that runs the one for another system.
+inline std::string Program()
+{
+    const char* const other = std::getenv("WORD_SIFTER_SIFT");
+    return other != nullptr ? other : WORD_SIFTER_SIFT;
+}
+
 inline std::string ReadFile(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -55,7 +63,7 @@ class Sift : public testing::Test {
     // arguments: as a shell reads them. Returns the exit status; what was printed is in the fields.
     int Run(const std::string& arguments, const std::string& input = "")
     {
-        const std::string command = "\"" WORD_SIFTER_SIFT "\" " + arguments + " <" +
+        const std::string command = '"' + Program() + "\" " + arguments + " <" +
                                     Write("in", input) + " >" + (mFolder / "out").string() + " 2>" +
                                     (mFolder / "err").string();
         const int status = std::system(command.c_str());
@@ -70,7 +78,7 @@ class Sift : public testing::Test {
     {
         int terminal = -1;
         if (forkpty(&terminal, nullptr, nullptr, nullptr) == 0) {
-            const std::string command = "\"" WORD_SIFTER_SIFT "\" " + arguments;
+            const std::string command = '"' + Program() + "\" " + arguments;
             _exit(WEXITSTATUS(std::system(command.c_str())));
         }
         EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));

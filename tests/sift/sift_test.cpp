@@ -29,8 +29,7 @@ TEST_F(Sift, ShowsThePlaceOfABadParsingString)
     const Row rows[] = {
         {"'ab' wrong x",
          "sift: Syntax error at 'wrong'\n  'ab' wrong x\n       ^^^^^\nat byte 5 of the parsing "
-         "string\nhint: a text of the message is written in quotes: 'wrong'\nno piece can start "
-         "there; each form would have needed:\n  text       'a text"},
+         "string\nhint: a text of the message is written in quotes: 'wrong'\n"},
         {"'x' # first line\n\t'\xC3\xA4' ! y\n",
          "sift: Unexpected character '!'\n  \\t'\xC3\xA4' ! y\n        ^\nat byte 23 "},
         {"n:i=# 'abc", "n:i=# 'abc\n        ^\n"},
@@ -50,6 +49,19 @@ TEST_F(Sift, WarnsOfWhatCompilesButIsSeldomMeant)
     ExpectParts(mOut, "warning: this piece and the next~piece 2");
     EXPECT_EQ(Run("--check 'ph:float=.#'"), 0);
     EXPECT_EQ(mErr, "");
+    EXPECT_EQ(RunAtTerminal("'ph:float=#.#' " + Write("one", "7.5\n")), 0);
+    ExpectParts(mOut, "sift: warning: piece 1: this piece");
+    EXPECT_EQ(Run("'w:float=[-+ .0-9]'", "1.5\n"), 0);
+    ExpectParts(mErr, "sift: warning: piece 1: this set includes white space");
+    const std::string large = "5\n5901234123457\n5901234123458\n";
+    const std::string warning = "message 2, piece 1: the number 5901234123457 is too large";
+    EXPECT_EQ(Run("--trace n:i=#", large), 0);
+    EXPECT_EQ(mErr.rfind("sift: warning: " + warning, 0), 0U) << mErr;
+    EXPECT_EQ(mErr.find("457", warning.size()), std::string::npos) << "once for each piece";
+    ExpectParts(mOut, "  warning: piece 1: the~  warning: piece 1: the number 5901234123458");
+    EXPECT_EQ(Run("--trace --json n:i=12#", large), 0);
+    ExpectParts(mOut, R"({"type":"caution","piece":1,"caution":"12 digits~"cautions":[{"piece":1)"
+                      R"(~{"type":"caution","message":2,"piece":1,"caution":"the number)");
 }
 
 TEST_F(Sift, ExplainsAndPrintsInManyForms)
@@ -76,12 +88,22 @@ TEST_F(Sift, ExplainsAndPrintsInManyForms)
         {"n:i=# --json /nowhere", "", 2, R"({"type":"error","error":"/nowhere: ~"summary")"},
         {"n:q=# --json", "", 2, R"({"type":"error","error":"Syntax ~"start":0,"length":1,"hints")"},
         {"n:i=# --hex", "31 3\t2\n\n3 1 3\n3g\n33", 2, "n=12\nn=3\n"},
-        {"n:i=# --csv --json", "1\n", 2, ""},
+        {"n:i=# -x", "0x31 0X32\n31:33\n31-34\n31,35\n", 0, "n=12\nn=13\nn=14\nn=15\n"},
+        {"n:i=# --for 1.5s -e etx",
+         "1\x03"
+         "2",
+         0, "n=1\n"},
+        {"--show " + Write("empty", ""), "", 1, "the file is empty\n"},
+        {"--show /dev/null", "", 1, "nothing came\n"},
+        {"n:i=# -e 0x0D", "1\r", 0, "n=1\n"},
+        {"n:i=# -r", "1 b\n2\n", 0, "n=1  rest: \" b\"\nn=2\n"},
+        {"n:i=# -j -r", "1 b\n2\n", 0, R"("values":{"n":1},"rest":" b"}~"rest":""})"},
         {"\"n:integer=2 bytes (x=0-3):L 'a' eol\" --explain", "", 0,
          "takes exactly 2 bytes~captures \"n\", an integer, least significant byte first\npiece 2  "
          "(x=0-3):L\n"
-         "~a block of 1 byte~\"x\", an integer, bits 0 to 3\n~skipped)\npiece 4  eol\n~of the "
-         "line"},
+         "~a block of 1 byte~\"x\", an integer, bits 0 to 3\npiece 3  'a'\n~of the line~except "
+         "before piece "
+         "2, 3:\n"},
         {"\"'\xC3\xA4' # n:s=c 'x'\" --trace --misses", "\xC3\xA4 12.5 x\n\xC3\xA4 7xx\n\n", 0,
          "message 1 matched: n=.5\n  \xC3\xA4 12.5 x\n  1-2233-4\n~white space skipped: \" \"\n"
          "~piece 3  n:s=c  took \".5\", gave n=.5\n~message 2: the message ends before piece 4\n"
@@ -96,6 +118,46 @@ TEST_F(Sift, ExplainsAndPrintsInManyForms)
         EXPECT_EQ(Run(row.mArguments, row.mInput), row.mStatus) << row.mArguments << mErr;
         ExpectParts(mOut, row.mOut);
     }
+}
+
+TEST_F(Sift, SaysWhatIsWrongWithACommand)
+{
+    const std::string file = Write("[a,b]", "1\n\nx\n");
+    struct Row {
+        std::string mArguments;
+        const char* mError;
+    };
+    const Row rows[] = {
+        {"--jsn x", "there is no option --jsn; did you mean --json?"},
+        {"-y x", "there is no option -y"},
+        {"--csv --json x", "--json: can't be combined with --csv"},
+        {"--for 10 x",
+         "--for: '10' isn't a time, which needs a unit: 10s, 1.5s, 500ms, 5min or 2h"},
+        {"--for -1s x",
+         "--for: '-1s' isn't a time, which needs a unit: 10s, 1.5s, 500ms, 5min or 2h"},
+        {"--shwo x", "there is no option --shwo; did you mean --show?"},
+        {"--name t x", "--name: needs --suggest or --edit"},
+        {"",
+         "there is no parsing string: PATTERN or -f is required; --show FILE shows what comes, and "
+         "--suggest FILE suggests a parsing string"},
+        {"x --for", "--for needs an argument"},
+        {"--baud 0 x", "--baud: '0' isn't a number of bits per second, such as 9600"},
+        {"--line 9N1 x",
+         "--line: '9N1' isn't data bits (5 to 8), parity (N, E or O) and stop bits (1 or 2), such "
+         "as 8N1"},
+        {"-f /nowhere", "-f: /nowhere: No such file or directory"},
+        {"--show -f x", "--show: can't be combined with --file"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Run(row.mArguments), 2);
+        EXPECT_EQ(mErr, "sift: "s + row.mError + "\nsift: for help, run sift --help\n");
+    }
+    const std::string quoted = "'" + file + "' ";
+    EXPECT_EQ(Run("n:i=# -m " + quoted + quoted), 0);
+    ExpectParts(mOut,
+                "n=1\n~message 3 (" + file + " line 3): ~n=1~message 6 (" + file + " line 3)");
+    EXPECT_EQ(Run("n:i=# -j -m " + quoted + quoted), 0);
+    ExpectParts(mOut, "\"message\":6,\"file\":\"" + file + "\",\"line\":3,\"text\"");
 }
 
 // What a user at a terminal sees, and what happens to an edited parsing string.
@@ -124,13 +186,14 @@ TEST_F(Sift, EditsTheParsingString)
     EXPECT_EQ(fs::status(pattern).permissions(), fs::perms::owner_all);
     EXPECT_EQ(Run("--edit", "7\n"), 0);
     EXPECT_EQ(mOut, "n=7\n");
+    ExpectParts(mErr, "n:i=#\n");
 
     const std::string one = Write("one", "7\n");
     EXPECT_EQ(RunAtTerminal("k:i=# " + one), 0);
-    EXPECT_EQ(mOut, "\x1B[36mk\x1B[0m=7\r\n");
+    EXPECT_EQ(mOut, "\x1B[36mk\x1B[0m=7\r\nsift: 1 message matched\r\n");
     setenv("NO_COLOR", "1", 1);
     EXPECT_EQ(RunAtTerminal("k:i=# " + one), 0);
-    EXPECT_EQ(mOut, "k=7\r\n");
+    EXPECT_EQ(mOut, "k=7\r\nsift: 1 message matched\r\n");
 }
 
 // sift fails if the steps that it shows contradict the plug-in's own verdict. The test runs it over
@@ -166,6 +229,7 @@ TEST_F(Sift, RunsTheExamples)
         if (std::ifstream(stem + ".eom") >> eom) options += " -e " + eom;
         EXPECT_EQ(Run(options, ReadFile(stem + ".input")), 0) << stem << mErr;
         EXPECT_EQ(mOut, ReadFile(stem + ".output")) << stem;
+        EXPECT_EQ(mErr, "") << stem;
     }
     EXPECT_GE(examples, 6);
 }

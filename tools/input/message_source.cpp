@@ -1,13 +1,11 @@
 #include "tools/input/message_source.h"
 
-#include <system_error>
+#include <algorithm>
 #include <utility>
 
 #include "Common/Explain/byte_text.h"
 #include "Common/Pattern/pattern_bytes.h"
 #include "tools/input/piece_cutter.h"
-#include "tools/input/progress.h"
-#include "tools/system/input_file.h"
 
 namespace NSift {
 
@@ -17,57 +15,85 @@ namespace {
 // same place loses nothing more.
 constexpr std::size_t kLongestDelivery = 2048 + 1;
 
-constexpr std::size_t kBlockSize = std::size_t{64} << 10;
-
-bool IsBlank(char c)
+// What may stand between bytes in hexadecimal digits.
+bool IsSeparator(char c)
 {
-    return NPattern::IsSpace(static_cast<NPattern::Byte>(c));
+    return NPattern::IsSpace(static_cast<NPattern::Byte>(c)) || c == ',' || c == ':' || c == '-';
 }
+
+bool IsHexPrefix(std::string_view text)
+{
+    return text.size() > 1 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+}
+
+constexpr const char* kWarnings[] = {
+    "the input has bytes 00 (NUL), where the host's text ends: such a message is cut or lost",
+    "a message is longer than 2048 bytes and is cut there; is the end-of-message character right?",
+    "the input has carriage returns and no line feed, which would end a message; try -e '\\r'",
+    "the input has line feeds and no carriage return, which would end a message; try -e '\\n'",
+};
 
 }  // namespace
 
-MessageSource::MessageSource(std::uint8_t eomChar, InputForm form, Listeners listeners)
-    : mEomChar(eomChar), mForm(form), mListeners(std::move(listeners)), mBlock(kBlockSize)
+MessageSource::MessageSource(std::uint8_t eomChar, InputForm form, const ReadOptions& reading,
+                             Listeners listeners)
+    : mEomChar(eomChar),
+      mForm(form),
+      mListeners(std::move(listeners)),
+      mReader(reading),
+      mSeeksEnd(form == InputForm::kRaw && (eomChar == '\n' || eomChar == '\r'))
 {
 }
 
-void MessageSource::ReadFile(const std::string& path)
+Ending MessageSource::ReadFile(const std::string& path)
 {
-    const NSystem::InputFile file = NSystem::OpenInputFile(path);
-    const auto size = NSystem::RegularFileSize(file.get());
-    Progress progress(path, size);
     const bool isRaw = mForm == InputForm::kRaw;
+    mPath = path;
+    mLine = 1;
     PieceCutter cutter = isRaw ? PieceCutter(static_cast<char>(mEomChar), kLongestDelivery)
                                : PieceCutter('\n', std::string::npos);
-    std::size_t line = 0;
+    auto kind = NSystem::InputKind::kRegular;
     const auto take = [&](std::string_view piece) {
-        if (isRaw) {
-            Deliver(piece);
-        } else {
-            TakeHexLine(piece, path, ++line);
-        }
+        isRaw ? Deliver(piece) : TakeHexLine(piece);
+        if (!isRaw || piece.back() == static_cast<char>(mEomChar)) ++mLine;
     };
-    std::error_code error;
-    while (const std::size_t read = NSystem::ReadSome(file.get(), mBlock, error)) {
-        progress.Advance(read);
-        const std::string_view block(mBlock.data(), read);
+    BlockReader::Listeners listeners;
+    listeners.mOpened = [&](NSystem::InputKind opened) { kind = opened; };
+    listeners.mTake = [&](std::string_view block) {
         mMayHaveNul = mMayHaveNul || !isRaw || block.find('\0') != block.npos;
+        if (mSeeksEnd) LookForOtherEnd(block, 3);
         cutter.Cut(block, take);
-        if (!size) mListeners.mBeforeWait();
+        return mListeners.mGoesOn(kind != NSystem::InputKind::kRegular);
+    };
+    if (isRaw && mEomChar == 0) {
+        listeners.mPause = [&] {
+            if (kind != NSystem::InputKind::kDevice) return;
+            cutter.Finish(take);
+            mListeners.mGoesOn(true);
+        };
     }
-    cutter.Finish(take);
-    if (error) throw std::system_error(error, path);
+    const Ending ending = mReader.Read(path, listeners);
+    const bool isComplete = ending == Ending::kEndOfFile || ending == Ending::kFailed;
+    if (isComplete && kind != NSystem::InputKind::kDevice) cutter.Finish(take);
+    if (mSeeksEnd) LookForOtherEnd({}, 2);
+    if (ending == Ending::kFailed) mListeners.mComplain(mReader.Error());
+    return ending;
 }
 
-void MessageSource::TakeHexLine(std::string_view line, const std::string& path, std::size_t number)
+void MessageSource::TakeHexLine(std::string_view line)
 {
     const auto complain = [&](const std::string& fault) {
-        mListeners.mComplain(path + " line " + std::to_string(number) + ": " + fault);
+        mListeners.mComplain(mPath + " line " + std::to_string(mLine) + ": " + fault);
     };
     mBytes.clear();
     unsigned high = 16;  // the first digit of a byte; 16 if there is none
-    for (const char c : line) {
-        if (IsBlank(c) || c == ',') continue;
+    for (; !line.empty(); line.remove_prefix(1)) {
+        const char c = line.front();
+        if (IsSeparator(c)) continue;
+        if (high > 15 && IsHexPrefix(line)) {
+            line.remove_prefix(1);
+            continue;
+        }
         const unsigned digit = NPattern::HexDigitValue(static_cast<NPattern::Byte>(c));
         if (digit > 15) return complain(NExplain::Quoted({&c, 1}) + " isn't a hexadecimal digit");
         if (high > 15) {
@@ -90,11 +116,30 @@ void MessageSource::TakeHexLine(std::string_view line, const std::string& path, 
 void MessageSource::Deliver(std::string_view delivery)
 {
     const std::string_view text = delivery.substr(0, delivery.size() - 1);
+    const bool isTooLong =
+        text.size() == kLongestDelivery - 1 && delivery.back() != static_cast<char>(mEomChar);
+    if (isTooLong) Warn(kTooLong);
     const std::size_t nul = mMayHaveNul ? text.find('\0') : text.npos;
     const bool isCut = nul != text.npos;
-    mHasLostText = mHasLostText || isCut;
+    if (isCut) Warn(kNulLost);
     const bool isLost = isCut && mEomChar != 0;
-    mListeners.mDeliver({delivery, isLost ? text : text.substr(0, nul), isLost, isCut && !isLost});
+    mListeners.mDeliver(
+        {delivery, isLost ? text : text.substr(0, nul), isLost, isCut && !isLost, mLine});
+}
+
+// Looks for carriage returns without any line feed, or the other way around.
+void MessageSource::LookForOtherEnd(std::string_view block, std::ptrdiff_t many)
+{
+    const bool isLineFeed = mEomChar == '\n';
+    if (block.find(static_cast<char>(mEomChar)) != block.npos) mSeeksEnd = false;
+    mOtherEnds += std::count(block.begin(), block.end(), isLineFeed ? '\r' : '\n');
+    if (mSeeksEnd && mOtherEnds >= many) Warn(isLineFeed ? kOnlyCarriageReturns : kOnlyLineFeeds);
+}
+
+void MessageSource::Warn(Warning warning)
+{
+    if (std::exchange(mIsWarned[warning], true)) return;
+    mListeners.mWarn(kWarnings[warning]);
 }
 
 }  // namespace NSift

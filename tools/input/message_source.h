@@ -2,12 +2,14 @@
 
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "tools/input/block_reader.h"
 
 namespace NSift {
 
@@ -19,46 +21,59 @@ struct InputMessage {
     std::string_view mText;      // what the parsing string is matched against
     bool mIsLost;                // a NUL ends the host's text before the end of the message
     bool mIsCut;                 // a NUL ends the message, and what follows it is lost
+    std::size_t mLine;           // of the file, from 1; other bytes than a line feed may end lines
 };
 
 // Reads files and passes on each message as soon as it is complete: at the end-of-message
-// character, at the greatest length of a message, and at the end of the file. In hexadecimal input
-// each line that isn't blank is a message. Needs the same memory for a file of any size.
+// character, at the greatest length of a message, and at the end of the file; with the character
+// NUL also when a serial device pauses. A message is incomplete, and isn't passed on, if the device
+// goes or the run ends before its end. In hexadecimal input each line that isn't blank is a
+// message. Needs the same memory for a file of any size.
 class MessageSource {
   public:
     struct Listeners {
         std::function<void(const InputMessage&)> mDeliver;  // called with each message
-        // Called with an error message for each line that can't be read.
+        // Called with an error message for each file and each line that can't be read.
         std::function<void(const std::string&)> mComplain;
-        // Called before waiting for more of a file that isn't a regular one: its sender may itself
-        // be waiting for the answers to the messages so far.
-        std::function<void()> mBeforeWait;
+        // Called, once for each kind, with a warning of input that is most likely wrong.
+        std::function<void(const std::string&)> mWarn;
+        // Called after each block of messages. isLive: whoever sends the rest may be waiting for
+        // the answers to the messages so far. Returns false to end the run.
+        std::function<bool(bool isLive)> mGoesOn;
     };
 
     // eomChar: the end-of-message character; must be 0 for hexadecimal input, where the end of the
     // host's text ends the message. listeners: none may be empty.
-    MessageSource(std::uint8_t eomChar, InputForm form, Listeners listeners);
+    MessageSource(std::uint8_t eomChar, InputForm form, const ReadOptions& reading,
+                  Listeners listeners);
 
-    // Reads a file to its end. path: "-" is standard input. Throws std::system_error if it can't be
-    // opened or read; what could be read is passed on before.
-    void ReadFile(const std::string& path);
+    // Reads a file to its end. path: "-" is standard input.
+    Ending ReadFile(const std::string& path);
 
-    // Returns true if all or part of any message was lost because of a NUL byte, at which the
-    // host's text ends.
-    bool HasLostText() const { return mHasLostText; }
+    // Returns true if bytes came, even if they are no complete message.
+    bool HasRead() const { return mReader.BytesRead() != 0; }
 
   private:
-    // line: with or without its line feed.
-    void TakeHexLine(std::string_view line, const std::string& path, std::size_t number);
-    void Deliver(std::string_view delivery);
+    enum Warning { kNulLost, kTooLong, kOnlyCarriageReturns, kOnlyLineFeeds };
 
-    std::uint8_t mEomChar;
-    InputForm mForm;
-    Listeners mListeners;
-    std::vector<char> mBlock;  // what was read last
-    std::string mBytes;        // of a hexadecimal line
-    bool mMayHaveNul = false;  // false: no message since the start contains a NUL
-    bool mHasLostText = false;
+    // line: with or without its line feed.
+    void TakeHexLine(std::string_view line);
+    void Deliver(std::string_view delivery);
+    // many: as many of the other character are no accident.
+    void LookForOtherEnd(std::string_view block, std::ptrdiff_t many);
+    void Warn(Warning warning);
+
+    const std::uint8_t mEomChar;
+    const InputForm mForm;
+    const Listeners mListeners;
+    BlockReader mReader;
+    std::string mPath;              // of the file that is read
+    std::size_t mLine = 1;          // in that file
+    std::string mBytes;             // of a hexadecimal line
+    bool mMayHaveNul = false;       // false: no message since the start contains a NUL
+    bool mSeeksEnd;                 // whether another character than mEomChar may end the messages
+    std::ptrdiff_t mOtherEnds = 0;  // occurrences of that character
+    std::array<bool, 4> mIsWarned = {};  // by Warning
 };
 
 }  // namespace NSift

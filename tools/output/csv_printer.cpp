@@ -32,8 +32,7 @@ class CsvPrinter final : public ResultPrinter {
         PrintLine();
     }
 
-    void PrintMatch(std::size_t /*number*/, std::string_view /*message*/, const Outputs& outputs,
-                    const NExplain::Trace* /*trace*/) override
+    void PrintMatch(const Message& /*message*/, const Outputs& outputs) override
     {
         const std::size_t first = outputs.size() > 1 ? 1 : 0;
         for (std::size_t i = first; i < outputs.size(); ++i) {

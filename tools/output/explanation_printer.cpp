@@ -20,9 +20,6 @@ void PrintPiece(std::ostream& stream, const NExplain::Piece& piece, std::size_t 
     title.resize(std::max(kColumn, title.size() + 1), ' ');
     const NExplain::Meaning meaning = NExplain::MeaningOf(piece);
     const std::string indent(kColumn, ' ');
-    if (piece.mSkipsSpace) {
-        stream << palette.Paint(Role::kAside, indent + "(white space here is skipped)") << '\n';
-    }
     stream << title << palette.Paint(Role::kName, NExplain::Escaped(piece.mSource)) << '\n'
            << indent << "takes " << meaning.mTakes << '\n';
     for (const NExplain::CaptureMeaning& capture : meaning.mCaptures) {
@@ -30,6 +27,25 @@ void PrintPiece(std::ostream& stream, const NExplain::Piece& piece, std::size_t 
             capture.mName.empty() ? "an output without a name" : '"' + capture.mName + '"';
         stream << indent << "captures " << name << ", " << capture.mValue << '\n';
     }
+}
+
+// Where white space is skipped; empty if there is nothing to say.
+std::string SkippedWords(const NExplain::Pieces& pieces)
+{
+    std::string exceptions;
+    std::size_t skips = 0;
+    for (std::size_t p = 1; p < pieces.size(); ++p) {
+        if (pieces[p].mSkipsSpace) {
+            ++skips;
+        } else {
+            exceptions += (exceptions.empty() ? "" : ", ") + std::to_string(p + 1);
+        }
+    }
+    if (pieces.size() < 2) return "";
+    if (skips == 0) return "White space is not skipped between these pieces.\n";
+    if (exceptions.empty()) return "White space between two pieces is skipped.\n";
+    return "White space between two pieces is skipped, except before piece " + exceptions +
+           ":\nit is skipped only between two pieces that read text.\n";
 }
 
 }  // namespace
@@ -49,7 +65,8 @@ void PrintExplanation(std::ostream& stream, const NExplain::Pieces& pieces, cons
         }
     }
     stream << "A message matches if each piece finds what it takes, one after the other, from the "
-              "first\ncharacter on. Whatever is left after the last piece does not matter.\n";
+              "first\ncharacter on. Whatever is left after the last piece does not matter.\n"
+           << SkippedWords(pieces);
 }
 
 }  // namespace NSift

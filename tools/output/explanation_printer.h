@@ -9,7 +9,7 @@
 
 namespace NSift {
 
-// Writes the pieces one by one: what each takes and captures, and where white space is skipped.
+// Writes the pieces one by one: what each takes and captures; then where white space is skipped.
 void PrintExplanation(std::ostream& stream, const NExplain::Pieces& pieces, const Palette& palette);
 
 }  // namespace NSift

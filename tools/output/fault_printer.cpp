@@ -49,7 +49,8 @@ void PrintFault(std::ostream& stream, const std::string& parseString, const NExp
            << "\n  " << std::string(ColumnsOf(before), ' ') << palette.Paint(Role::kMark, carets)
            << "\nat byte " << fault.mStart << " of the parsing string\n";
     for (const std::string& hint : fault.mHints) stream << "hint: " << hint << '\n';
-    if (fault.mNeeds.empty()) return;
+    // A list of everything possible would only bury a hint.
+    if (fault.mNeeds.empty() || !fault.mHints.empty()) return;
     stream << "no piece can start there; each form would have needed:\n";
     for (const std::string& need : fault.mNeeds) stream << "  " << need << '\n';
 }

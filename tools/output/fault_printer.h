@@ -15,7 +15,7 @@ namespace NSift {
 NExplain::Fault FaultOf(const std::string& parseString, const NStandIn::Validation& error);
 
 // Writes the message, the line of the parsing string with carets under the fault, the byte offset
-// from 0, the hints and the needs.
+// from 0, and the hints or, without a hint, the needs.
 void PrintFault(std::ostream& stream, const std::string& parseString, const NExplain::Fault& fault,
                 const Palette& palette);
 

@@ -1,24 +1,14 @@
 #include <cmath>
 #include <map>
-#include <nlohmann/json.hpp>
 
-#include "Common/Explain/byte_text.h"
+#include "Common/Explain/value_cautions.h"
+#include "tools/output/json_text.h"
 #include "tools/output/result_printer.h"
 #include "tools/output/value_text.h"
 
 namespace NSift {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-using NExplain::HexOf;
-
-// JSON has no string for bytes that are not UTF-8; their hexadecimal digits replace it.
-Json TextJson(std::string_view text)
-{
-    if (NExplain::IsUtf8(text)) return Json(std::string(text));
-    return Json{{"hex", HexOf(text)}};
-}
 
 // The functions below write ordinary values as the library writes them, and leave the others to it.
 
@@ -85,10 +75,24 @@ Json StepsJson(const NExplain::Trace& trace)
     return steps;
 }
 
+Json CautionJson(const NExplain::Caution& caution)
+{
+    return {{"piece", caution.mPiece + 1}, {"caution", TextJson(caution.mText)}};
+}
+
+Json MissJson(const Message& message)
+{
+    Json line = {{"type", "miss"}, {"message", message.mNumber}};
+    if (!message.mFile.empty())
+        line.update({{"file", TextJson(message.mFile)}, {"line", message.mLine}});
+    line.update({{"text", TextJson(message.mText)}});
+    return line;
+}
+
 class JsonPrinter final : public ResultPrinter {
   public:
     JsonPrinter(std::ostream& stream, const NExplain::Pieces& pieces)
-        : mStream(stream), mPieces(pieces)
+        : mStream(stream), mPieces(pieces), mRisks(NExplain::FindValueRisks(pieces))
     {
     }
 
@@ -104,47 +108,46 @@ class JsonPrinter final : public ResultPrinter {
         }
     }
 
-    void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
-                    const NExplain::Trace* trace) override
+    void PrintMatch(const Message& message, const Outputs& outputs) override
     {
         mLine = R"({"type":"match","message":)";
-        AppendInteger(static_cast<std::int64_t>(number), mLine);
+        AppendInteger(static_cast<std::int64_t>(message.mNumber), mLine);
         mLine += R"(,"values":{)";
         for (const Member& member : mMembers) {
             mLine += member.mKey;
             AppendValue(outputs[member.mOutput].mValue, mLine);
         }
         mLine += '}';
-        if (trace != nullptr) {
-            mLine += R"(,"text":)" + TextJson(message).dump();
-            mLine += R"(,"steps":)" + StepsJson(*trace).dump();
+        if (message.mRest) mLine += R"(,"rest":)" + TextJson(*message.mRest).dump();
+        if (message.mTrace != nullptr) {
+            mLine += R"(,"text":)" + TextJson(message.mText).dump();
+            mLine += R"(,"steps":)" + StepsJson(*message.mTrace).dump();
+            AppendCautions(message.mText, *message.mTrace);
         }
         mLine += "}\n";
         mStream.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
     }
 
-    void PrintMiss(std::size_t number, std::string_view message, const NExplain::Trace& trace,
-                   const NExplain::Miss& miss) override
+    void PrintMiss(const Message& message, const NExplain::Miss& miss) override
     {
-        Print({{"type", "miss"},
-               {"message", number},
-               {"text", TextJson(message)},
-               {"verdict", miss.mVerdict},
-               {"stopped_at", trace.mStoppedAt},
-               {"piece", *trace.mRefusedBy + 1},
-               {"source", TextJson(mPieces[*trace.mRefusedBy].mSource)},
-               {"wanted", miss.mWanted},
-               {"found", miss.mFound},
-               {"hints", miss.mHints},
-               {"steps", StepsJson(trace)}});
+        const NExplain::Trace& trace = *message.mTrace;
+        Json line = MissJson(message);
+        line.update({{"verdict", miss.mVerdict},
+                     {"stopped_at", trace.mStoppedAt},
+                     {"piece", *trace.mRefusedBy + 1},
+                     {"source", TextJson(mPieces[*trace.mRefusedBy].mSource)},
+                     {"wanted", miss.mWanted},
+                     {"found", miss.mFound},
+                     {"hints", miss.mHints},
+                     {"steps", StepsJson(trace)}});
+        Print(line);
     }
 
-    void PrintLost(std::size_t number, std::string_view message) override
+    void PrintLost(const Message& message) override
     {
-        Print({{"type", "miss"},
-               {"message", number},
-               {"text", TextJson(message)},
-               {"verdict", kLostWords}});
+        Json line = MissJson(message);
+        line.update({{"verdict", NExplain::kLostVerdict}});
+        Print(line);
     }
 
     void PrintFault(const NExplain::Fault& fault) override
@@ -155,6 +158,14 @@ class JsonPrinter final : public ResultPrinter {
                {"length", fault.mLength},
                {"hints", fault.mHints},
                {"needs", fault.mNeeds}});
+    }
+
+    void PrintCaution(const NExplain::Caution& caution, std::size_t message) override
+    {
+        Json line{{"type", "caution"}};
+        if (message != 0) line["message"] = message;
+        line.update(CautionJson(caution));
+        Print(line);
     }
 
     void PrintError(const std::string& error) override
@@ -173,8 +184,20 @@ class JsonPrinter final : public ResultPrinter {
   private:
     void Print(const Json& line) { mStream << line.dump() << '\n'; }
 
+    void AppendCautions(std::string_view message, const NExplain::Trace& trace)
+    {
+        if (mRisks.empty()) return;
+        Json cautions = Json::array();
+        for (const NExplain::Caution& caution :
+             NExplain::FindValueCautions(mPieces, mRisks, message, trace)) {
+            cautions.push_back(CautionJson(caution));
+        }
+        if (!cautions.empty()) mLine += R"(,"cautions":)" + cautions.dump();
+    }
+
     std::ostream& mStream;
     const NExplain::Pieces& mPieces;
+    const std::vector<NExplain::ValueRisk> mRisks;
     std::vector<Member> mMembers;  // of the values of each match
     std::string mLine;             // reused, so that lines cost no allocation
 };

@@ -1,7 +1,6 @@
 #include "tools/output/palette.h"
 
-#include <cstdlib>
-
+#include "tools/system/environment.h"
 #include "tools/system/terminal.h"
 
 namespace NSift {
@@ -10,8 +9,7 @@ namespace {
 
 bool RefusesColour()
 {
-    const char* const text = std::getenv("NO_COLOR");
-    return text != nullptr && *text != '\0';
+    return !NSystem::EnvironmentVariable("NO_COLOR").value_or("").empty();
 }
 
 const char* CodeOf(Role role)

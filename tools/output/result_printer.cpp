@@ -10,10 +10,7 @@ class CountPrinter final : public ResultPrinter {
   public:
     explicit CountPrinter(std::ostream& stream) : mStream(stream) {}
 
-    void PrintMatch(std::size_t /*number*/, std::string_view /*message*/,
-                    const Outputs& /*outputs*/, const NExplain::Trace* /*trace*/) override
-    {
-    }
+    void PrintMatch(const Message& /*message*/, const Outputs& /*outputs*/) override {}
     void PrintEnd(const Counts& counts) override { mStream << counts.mMatched << '\n'; }
 
   private:

@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Common/Explain/caution.h"
 #include "Common/Explain/fault.h"
 #include "Common/Explain/miss.h"
 #include "Common/Explain/trace.h"
@@ -24,8 +26,17 @@ struct Counts {
     std::size_t mMatched = 0;
 };
 
+struct Message {
+    std::size_t mNumber;  // from 1, of all files
+    std::string_view mText;
+    std::string_view mFile;                 // empty if only one file is read
+    std::size_t mLine;                      // in that file, from 1
+    const NExplain::Trace* mTrace;          // of a match, null unless the user asked for it
+    std::optional<std::string_view> mRest;  // what a match left over, if the user asked for it
+};
+
 // Called for each event, in order. A format ignores the events that it doesn't show. Errors also go
-// to standard error, written by the caller. Messages are numbered from 1.
+// to standard error, written by the caller.
 class ResultPrinter {
   public:
     ResultPrinter() = default;
@@ -37,24 +48,17 @@ class ResultPrinter {
     virtual void PrintStart(const Outputs& /*outputs*/) {}
     // In place of all messages, if only the outputs of the parsing string were asked for.
     virtual void PrintOutputs(const Outputs& /*outputs*/) {}
-    // trace: null unless the user asked for it.
-    virtual void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
-                            const NExplain::Trace* trace) = 0;
-    virtual void PrintMiss(std::size_t /*number*/, std::string_view /*message*/,
-                           const NExplain::Trace& /*trace*/, const NExplain::Miss& /*miss*/)
-    {
-    }
+    virtual void PrintMatch(const Message& message, const Outputs& outputs) = 0;
+    virtual void PrintMiss(const Message& /*message*/, const NExplain::Miss& /*miss*/) {}
     // A message that the plug-in never sees completely because it contains a NUL.
-    virtual void PrintLost(std::size_t /*number*/, std::string_view /*message*/) {}
+    virtual void PrintLost(const Message& /*message*/) {}
     virtual void PrintFault(const NExplain::Fault& /*fault*/) {}
+    // message: number of the message with the value; 0: the caution is about the parsing string.
+    virtual void PrintCaution(const NExplain::Caution& /*caution*/, std::size_t /*message*/) {}
     virtual void PrintError(const std::string& /*error*/) {}
     // After the last message.
     virtual void PrintEnd(const Counts& /*counts*/) {}
 };
-
-// The report of a lost message.
-inline constexpr char kLostWords[] =
-    "the message is lost: it contains a NUL, and the host's text ends at a NUL";
 
 // Returns "string", "float" or "integer".
 const char* TypeOf(const NStandIn::Property& output);

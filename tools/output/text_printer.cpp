@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "Common/Explain/byte_text.h"
+#include "Common/Explain/value_cautions.h"
 #include "tools/output/result_printer.h"
 #include "tools/output/value_text.h"
 
@@ -17,11 +18,23 @@ std::string Padded(const std::string& text, std::size_t columns)
     return text + std::string(columns > width ? columns - width : 0, ' ');
 }
 
+std::string Label(const Message& message)
+{
+    std::string label = "message " + std::to_string(message.mNumber);
+    if (message.mFile.empty()) return label;
+    return label + " (" + std::string(message.mFile) + " line " + std::to_string(message.mLine) +
+           ')';
+}
+
 class TextPrinter final : public ResultPrinter {
   public:
     TextPrinter(std::ostream& stream, const NExplain::Pieces& pieces, ViewForm view,
                 const Palette& palette)
-        : mStream(stream), mPieces(pieces), mView(view), mPalette(palette)
+        : mStream(stream),
+          mPieces(pieces),
+          mRisks(NExplain::FindValueRisks(pieces)),
+          mView(view),
+          mPalette(palette)
     {
     }
 
@@ -50,43 +63,50 @@ class TextPrinter final : public ResultPrinter {
         }
     }
 
-    void PrintMatch(std::size_t number, std::string_view message, const Outputs& outputs,
-                    const NExplain::Trace* trace) override
+    void PrintMatch(const Message& message, const Outputs& outputs) override
     {
-        if (trace != nullptr) mStream << "message " << number << " matched: ";
-        PrintValues(outputs);
-        if (trace == nullptr) return;
-        PrintMessage(mStream, message, *trace, mView, mPalette);
-        PrintTakes(message, outputs, *trace);
+        if (message.mTrace != nullptr) mStream << Label(message) << " matched: ";
+        PrintValues(outputs, message);
+        if (message.mTrace == nullptr) return;
+        PrintMessage(mStream, message.mText, *message.mTrace, mView, mPalette);
+        PrintTakes(message.mText, outputs, *message.mTrace);
+        for (const NExplain::Caution& caution :
+             NExplain::FindValueCautions(mPieces, mRisks, message.mText, *message.mTrace)) {
+            mStream << mPalette.Paint(Role::kFault, "  warning") << ": piece " << caution.mPiece + 1
+                    << ": " << caution.mText << '\n';
+        }
     }
 
-    void PrintMiss(std::size_t number, std::string_view message, const NExplain::Trace& trace,
-                   const NExplain::Miss& miss) override
+    void PrintMiss(const Message& message, const NExplain::Miss& miss) override
     {
-        mStream << "message " << number << ": " << mPalette.Paint(Role::kFault, miss.mVerdict)
-                << '\n';
-        PrintMessage(mStream, message, trace, mView, mPalette);
+        const NExplain::Trace& trace = *message.mTrace;
+        mStream << Label(message) << ": " << mPalette.Paint(Role::kFault, miss.mVerdict) << '\n';
+        PrintMessage(mStream, message.mText, trace, mView, mPalette);
         mStream << "  piece " << *trace.mRefusedBy + 1 << "  "
                 << mPalette.Paint(Role::kName, Escaped(mPieces[*trace.mRefusedBy].mSource))
                 << "\n  wanted   " << miss.mWanted << "\n  found    " << miss.mFound << '\n';
         for (const std::string& hint : miss.mHints) mStream << "  hint     " << hint << '\n';
     }
 
-    void PrintLost(std::size_t number, std::string_view message) override
+    void PrintLost(const Message& message) override
     {
-        mStream << "message " << number << ": " << mPalette.Paint(Role::kFault, kLostWords) << '\n';
-        PrintMessage(mStream, message, NExplain::Trace(), ViewForm::kHex, mPalette);
+        mStream << Label(message) << ": " << mPalette.Paint(Role::kFault, NExplain::kLostVerdict)
+                << '\n';
+        PrintMessage(mStream, message.mText, NExplain::Trace(), ViewForm::kHex, mPalette);
     }
 
   private:
-    // name=value pairs in the order of the outputs; the trigger if there are no captures.
-    void PrintValues(const Outputs& outputs)
+    // name=value pairs in the order of the outputs, or the trigger if there are no captures; then
+    // the rest.
+    void PrintValues(const Outputs& outputs, const Message& message)
     {
         mLine.clear();
         for (std::size_t i = 0; i < mLabels.size(); ++i) {
             mLine += mLabels[i];
             AppendText(outputs[mFirst + i].mValue, mLine);
         }
+        if (message.mRest && !message.mRest->empty())
+            mLine += mPalette.Paint(Role::kAside, "  rest: " + TookWords(*message.mRest));
         mLine += '\n';
         mStream.write(mLine.data(), static_cast<std::streamsize>(mLine.size()));
     }
@@ -130,6 +150,7 @@ class TextPrinter final : public ResultPrinter {
 
     std::ostream& mStream;
     const NExplain::Pieces& mPieces;
+    const std::vector<NExplain::ValueRisk> mRisks;
     ViewForm mView;
     Palette mPalette;
     std::size_t mFirst = 0;            // index of the first output to print

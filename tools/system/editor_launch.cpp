@@ -2,6 +2,12 @@
 
 #include <cstdlib>
 
+#include "tools/system/path_text.h"
+
+#ifdef _WIN32
+#include "tools/system/wide_text_windows.h"
+#endif
+
 namespace NSystem {
 
 namespace {
@@ -16,6 +22,12 @@ std::string ShellWord(const std::string& text)
     return '"' + text + '"';
 }
 
+// The shell removes the first and the last quote of a line that begins with one.
+int RunInShell(const std::string& line)
+{
+    return _wsystem(WideText('"' + line + '"').c_str());
+}
+
 #else
 
 constexpr char kDefaultEditor[] = "vi";
@@ -25,6 +37,11 @@ std::string ShellWord(const std::string& text)
     std::string word = "'";
     for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return word + '\'';
+}
+
+int RunInShell(const std::string& line)
+{
+    return std::system(line.c_str());  // NOLINT(cert-env33-c)
 }
 
 #endif
@@ -38,8 +55,7 @@ const char* DefaultEditor()
 
 bool RunEditor(const std::string& command, const std::filesystem::path& file)
 {
-    const std::string line = command + ' ' + ShellWord(file.string());
-    return std::system(line.c_str()) == 0;  // NOLINT(cert-env33-c)
+    return RunInShell(command + ' ' + ShellWord(TextOf(file))) == 0;
 }
 
 }  // namespace NSystem

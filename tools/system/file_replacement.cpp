@@ -1,13 +1,18 @@
 #include "tools/system/file_replacement.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <memory>
-#include <random>
 #include <system_error>
 
+#include "tools/system/path_text.h"
+
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
+#include <share.h>
+#include <sys/stat.h>
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,7 +27,7 @@ namespace {
 
 [[noreturn]] void ThrowErrno(const fs::path& path)
 {
-    throw std::system_error(errno, std::generic_category(), path.string());
+    throw std::system_error(errno, std::generic_category(), TextOf(path));
 }
 
 struct FileCloser {
@@ -30,6 +35,15 @@ struct FileCloser {
 };
 
 #ifdef _WIN32
+
+// Of the modes of fopen, "x" isn't known to every C library.
+std::FILE* OpenNewFile(const fs::path& path)
+{
+    int handle = -1;
+    errno = _wsopen_s(&handle, path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _SH_DENYWR,
+                      _S_IREAD | _S_IWRITE);
+    return handle < 0 ? nullptr : _fdopen(handle, "wb");
+}
 
 bool ReachesDisk(std::FILE* file)
 {
@@ -41,6 +55,13 @@ void KeepOwner(const fs::path& /*from*/, const fs::path& /*to*/) {}
 void FolderReachesDisk(const fs::path& /*folder*/) {}
 
 #else
+
+std::FILE* OpenNewFile(const fs::path& path)
+{
+    const int handle =
+        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    return handle < 0 ? nullptr : fdopen(handle, "wb");
+}
 
 bool ReachesDisk(std::FILE* file)
 {
@@ -72,9 +93,8 @@ void FolderReachesDisk(const fs::path& folder)
 
 void WriteNewFile(const fs::path& path, const std::string& text)
 {
-    std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.string().c_str(), "wbx"));
+    std::unique_ptr<std::FILE, FileCloser> file(OpenNewFile(path));
     if (file == nullptr) ThrowErrno(path);
-    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
     const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() &&
                          std::fflush(file.get()) == 0 && ReachesDisk(file.get());
     if (!written) ThrowErrno(path);
@@ -83,8 +103,8 @@ void WriteNewFile(const fs::path& path, const std::string& text)
 void ReplaceFile(const fs::path& path, const std::string& text)
 {
     const fs::path target = fs::weakly_canonical(path);
-    const std::string stem = target.filename().string();
-    const fs::path written = UnusedPath(target.parent_path(), std::string(1, '.') + stem, "");
+    const std::string stem = '.' + TextOf(target.filename());
+    const fs::path written = UnusedPath(target.parent_path(), stem, "");
     try {
         WriteNewFile(written, text);
         if (fs::exists(target)) {
@@ -102,10 +122,10 @@ void ReplaceFile(const fs::path& path, const std::string& text)
 
 fs::path UnusedPath(const fs::path& folder, const std::string& stem, const std::string& extension)
 {
-    std::random_device random;
     fs::path path;
     do {
-        path = folder / (stem + '.' + std::to_string(random()) + extension);
+        const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+        path = folder / PathOf(stem + '.' + std::to_string(now) + extension);
     } while (fs::exists(fs::symlink_status(path)));
     return path;
 }

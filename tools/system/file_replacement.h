@@ -16,7 +16,7 @@ void WriteNewFile(const std::filesystem::path& path, const std::string& text);
 // follows a link. Throws std::system_error.
 void ReplaceFile(const std::filesystem::path& path, const std::string& text);
 
-// Returns the path of a file that doesn't exist: folder, then stem, a random number and extension.
+// Returns the path of a file that doesn't exist: folder, then stem, a number and extension.
 std::filesystem::path UnusedPath(const std::filesystem::path& folder, const std::string& stem,
                                  const std::string& extension);
 

@@ -2,34 +2,60 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <system_error>
 
+#include "tools/system/serial_line.h"
+
 namespace NSystem {
 
-// Leaves standard input open.
-struct InputCloser {
-    void operator()(std::FILE* file) const;
+enum class InputKind {
+    kRegular,   // a file, whose reader never has to wait
+    kStream,    // a pipe and the like
+    kKeyboard,  // the terminal at which the user sits
+    kDevice,    // a serial device
 };
-using InputFile = std::unique_ptr<std::FILE, InputCloser>;
 
-// Opens a file to read its bytes unchanged. path: "-" is standard input. Throws std::system_error.
-InputFile OpenInputFile(const std::string& path);
+// A file that is read as it is, byte by byte. A serial device is set up for as long as it is open.
+class InputFile {
+  public:
+    using Timeout = std::optional<std::chrono::milliseconds>;
 
-// Waits until there are bytes to read, and reads as many as there are, at most the size of the
-// buffer, which must not be empty. Returns their number; 0 at the end of the file, and after an
-// error, which is then in outError. Not to be combined with the functions of the C library that
-// read.
-std::size_t ReadSome(std::FILE* file, std::span<char> buffer, std::error_code& outError);
+    // path: "-" is standard input, which is left open. line: for a serial device. Doesn't wait for
+    // the other end of a serial device. Throws std::system_error.
+    InputFile(const std::string& path, const LineSettings& line);
 
-// Returns the size of a regular file in bytes; none for a pipe, a device and the like, whose
-// reader may have to wait.
-std::optional<std::uint64_t> RegularFileSize(std::FILE* file);
+    InputKind Kind() const { return mKind; }
+
+    // Returns the size of a regular file in bytes; none for other files.
+    std::optional<std::uint64_t> Size() const { return mSize; }
+
+    // Waits until there are bytes to read, and reads as many as there are, at most the size of the
+    // buffer, which must not be empty. timeout: none: waits forever. Returns the number of bytes; 0
+    // at the end of the file, if a device is gone, and after an error, which is then in outError:
+    // among others std::errc::timed_out, and std::errc::interrupted after an Interruption.
+    std::size_t Read(std::span<char> buffer, Timeout timeout, std::error_code& outError);
+
+  private:
+    struct Descriptor {
+        explicit Descriptor(const std::string& path);
+        Descriptor(const Descriptor&) = delete;
+        Descriptor& operator=(const Descriptor&) = delete;
+        ~Descriptor();
+
+        int mNumber;
+        bool mIsOpened;  // false: standard input
+    };
+
+    Descriptor mFile;
+    std::optional<std::uint64_t> mSize;
+    InputKind mKind;
+    std::optional<SerialLine> mLine;  // of a device; ends before its file is closed
+};
 
 }  // namespace NSystem

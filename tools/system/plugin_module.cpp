@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "tools/system/path_text.h"
+
 namespace NSystem {
 
 namespace {
@@ -16,7 +18,7 @@ PluginModule::PluginModule(const std::filesystem::path& path)
     : mLibrary(path), mGetActorInfo(std::bit_cast<GetActorInfoFunction>(mLibrary.Find(kExport)))
 {
     if (mGetActorInfo == nullptr) {
-        throw std::runtime_error(path.string() + " has no export " + kExport);
+        throw std::runtime_error(TextOf(path) + " has no export " + kExport);
     }
 }
 

@@ -2,12 +2,15 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <system_error>
 #include <vector>
 
 #ifdef _WIN32
 #include <windows.h>
 #elif defined(__APPLE__)
 #include <mach-o/dyld.h>
+#else
+#include <sys/auxv.h>
 #endif
 
 namespace NSystem {
@@ -30,19 +33,21 @@ fs::path ExecutablePath()
     _NSGetExecutablePath(buffer.data(), &size);
     return fs::canonical(buffer.data());
 #else
-    return fs::read_symlink("/proc/self/exe");
+    std::error_code error;  // a small root has no /proc
+    const fs::path path = fs::read_symlink("/proc/self/exe", error);
+    return error ? fs::canonical(reinterpret_cast<const char*>(getauxval(AT_EXECFN))) : path;
 #endif
 }
 
 }  // namespace
 
-std::string DefaultPluginPath()
+fs::path DefaultPluginPath()
 {
     const fs::path folder = ExecutablePath().parent_path();
     const fs::path built = folder / WORD_SIFTER_MODULE_NAME;
     const fs::path installed =
         folder.parent_path() / WORD_SIFTER_MODULE_FOLDER / WORD_SIFTER_MODULE_NAME;
-    return (!fs::exists(built) && fs::exists(installed) ? installed : built).string();
+    return !fs::exists(built) && fs::exists(installed) ? installed : built;
 }
 
 }  // namespace NSystem

@@ -1,9 +1,10 @@
 #include <windows.h>
 
 #include <bit>
-#include <stdexcept>
 #include <string>
+#include <system_error>
 
+#include "tools/system/path_text.h"
 #include "tools/system/shared_library.h"
 
 namespace NSystem {
@@ -12,9 +13,8 @@ SharedLibrary::SharedLibrary(const std::filesystem::path& path)
     : mHandle(LoadLibraryW(path.c_str()))
 {
     if (mHandle != nullptr) return;
-    const DWORD error = GetLastError();
-    throw std::runtime_error("can't load " + path.string() + ": Windows error " +
-                             std::to_string(error));
+    const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
+    throw std::system_error(error, "can't load " + TextOf(path));
 }
 
 SharedLibrary::~SharedLibrary()

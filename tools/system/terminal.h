@@ -6,6 +6,17 @@
 
 namespace NSystem {
 
+// Lets standard output and standard error pass on bytes unchanged, and a console show them as
+// UTF-8. The end of its life restores the console. Without it, output on Windows is converted.
+// There is at most one object at a time.
+class OutputSetup {
+  public:
+    OutputSetup();
+    OutputSetup(const OutputSetup&) = delete;
+    OutputSetup& operator=(const OutputSetup&) = delete;
+    ~OutputSetup();  // NOLINT(performance-trivially-destructible): only where there is no console
+};
+
 // Returns true if the stream is connected to a terminal.
 bool IsTerminal(std::FILE* stream);
 

@@ -7,6 +7,10 @@
 
 namespace NSystem {
 
+OutputSetup::OutputSetup() = default;
+
+OutputSetup::~OutputSetup() = default;
+
 bool IsTerminal(std::FILE* stream)
 {
     return isatty(fileno(stream)) != 0;
