@@ -1,13 +1,13 @@
 // Fuzzes the engine. The first line of an input is a parsing string, the rest is a message.
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Common/Pattern/pattern.h"
 #include "Common/Pattern/pattern_element.h"
+#include "engine_input.h"
 #include "fuzzer.h"
 #include "tests/pattern/engine_support.h"
 
@@ -20,20 +20,6 @@ using NPattern::PatternSyntaxException;
 namespace {
 
 constexpr char kGoodString[] = "n:i=#";
-
-// Returns the dumps of all elements.
-std::string WholeDump(const NPattern::ElementList& elements)
-{
-    char* text = nullptr;
-    std::size_t size = 0;
-    std::FILE* const stream = open_memstream(&text, &size);
-    Expect(stream != nullptr, "the dump has memory");
-    for (const auto& element : elements) element->Dump(stream);
-    std::fclose(stream);
-    std::string dump(text, size);
-    std::free(text);
-    return dump;
-}
 
 // Returns the result of compiling: the dump or the error. Any other exception ends the program.
 std::string Outcome(const std::string& parseString)
@@ -110,10 +96,9 @@ void CheckEmpty(Pattern& pattern, const HeapMessage& message)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string_view input(reinterpret_cast<const char*>(data), size);
-    const std::size_t lineEnd = std::min(input.find('\n'), size);
-    const std::string parseString(input.substr(0, lineEnd));
-    const HeapMessage message(input.substr(std::min(lineEnd + 1, size)));
+    const EngineInput input({reinterpret_cast<const char*>(data), size});
+    const std::string& parseString = input.mParseString;
+    const HeapMessage message(input.mMessage);
 
     const std::string outcome = Outcome(parseString);
     Expect(Outcome(parseString) == outcome, "a string always compiles to the same result");

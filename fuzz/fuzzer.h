@@ -1,4 +1,4 @@
-// Shared by both fuzzers and by the program that replays inputs.
+// Shared by the fuzzers and by the program that replays inputs.
 
 #pragma once
 
