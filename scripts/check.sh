@@ -5,7 +5,7 @@
 need_build_packages
 need_packages clang clang-format clang-tidy cppcheck shellcheck libgtest-dev locales
 
-folders="Common actor standin tools tests fuzz"
+folders="Common actor standin tools web tests fuzz"
 if [ -d bench ]; then folders="$folders bench"; fi
 # shellcheck disable=SC2086  # one word for each folder
 sources=$(find $folders -name '*.cpp' -o -name '*.h' | sort)
@@ -32,7 +32,7 @@ tidy() {
     find $tidied -name '*.cpp' ! -name '*_windows.cpp' | sort |
         xargs -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang "$@" 2>/dev/null
 }
-tidy Common actor standin --
+tidy Common actor standin web --
 # Without the analyzer, which takes minutes for the headers of the libraries that sift uses.
 tidy tools -- '--checks=-clang-analyzer-*'
 
@@ -42,5 +42,5 @@ echo "== cppcheck"
 cppcheck --quiet --error-exitcode=1 --std=c++20 --language=c++ --inline-suppr -j "$(nproc)" \
     --enable=warning,performance,portability --suppress=missingIncludeSystem \
     --suppress=nullPointerRedundantCheck -I . \
-    Common actor standin tools
+    Common actor standin tools web
 echo "All checks passed."

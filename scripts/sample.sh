@@ -3,7 +3,8 @@
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
-cmake -S . -B build/sample -G Ninja -DCMAKE_BUILD_TYPE=Release -DWORD_SIFTER_TESTS=OFF >/dev/null
+cmake -S . -B build/sample -G Ninja -DCMAKE_BUILD_TYPE=Release -DWORD_SIFTER_TESTS=OFF \
+    -DWORD_SIFTER_WEB=OFF >/dev/null
 cmake --build build/sample -- --quiet
 
 # show PATTERN-FILE INPUT-FILE: prints the command and its result.
