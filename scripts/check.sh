@@ -15,7 +15,7 @@ echo "== format"
 clang-format --dry-run -Werror $sources
 
 echo "== scripts"
-shellcheck -s sh -x -P SCRIPTDIR .ci/run scripts/*.sh
+shellcheck -s sh -x -P SCRIPTDIR .ci/run scripts/*.sh packaging/*.sh
 
 echo "== Clang's warnings"
 cmake --preset clang >/dev/null
