@@ -1,9 +1,11 @@
 #include "tools/pattern_editor.h"
 
+#include <cstdio>
 #include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <stdexcept>
 
 #include "tools/output/fault_printer.h"
@@ -109,10 +111,12 @@ bool PatternEditor::AskToEditAgain() const
 {
     if (!NSystem::IsTerminal(stderr)) return false;
     std::cerr << "edit " << NSystem::TextOf(mFile) << " again? [Y/n] " << std::flush;
-    std::ifstream terminal(NSystem::TerminalPath());
-    std::string answer;
-    if (!std::getline(terminal, answer)) return false;
-    return answer.empty() || (answer[0] != 'n' && answer[0] != 'N');
+    // Not with a stream: that of some libraries waits until its buffer is full.
+    const auto close = [](std::FILE* file) { std::fclose(file); };
+    const std::unique_ptr<std::FILE, decltype(close)> terminal(
+        std::fopen(NSystem::TerminalPath(), "r"));
+    const int answer = terminal != nullptr ? std::getc(terminal.get()) : EOF;
+    return answer != EOF && answer != 'n' && answer != 'N';
 }
 
 }  // namespace NSift
