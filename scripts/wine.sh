@@ -9,9 +9,13 @@ export WINEPREFIX="$build/wine" WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
 unset DISPLAY
 
-# The server of Wine and its services run until a minute after the last program. If the program
-# started them, they would hold its output open.
-if /usr/lib/wine/wineserver64 -p60 </dev/null >/dev/null 2>&1; then
-    /usr/lib/wine/wine64 wineboot </dev/null >/dev/null 2>&1
-fi
+# The server of Wine and its services run until five minutes after the last program. If the program
+# started them, they would hold its output open. The lock keeps a second program from running while
+# they start; they don't inherit it.
+{
+    flock 9
+    if /usr/lib/wine/wineserver64 -p300 9>&-; then
+        /usr/lib/wine/wine64 wineboot 9>&- || echo "wineboot failed with status $?"
+    fi
+} 9>"$build/wine.lock" </dev/null >>"$build/wine.log" 2>&1
 exec /usr/lib/wine/wine64 "$@"
