@@ -11,6 +11,7 @@ for preset in "$@"; do
     case $preset in
         bench) need_bench_packages ;;
         clang) need_packages clang ;;
+        libcxx) need_packages clang googletest libc++-dev libc++abi-dev libclang-rt-dev ;;
     esac
     echo "== $preset"
     cmake --preset "$preset" >/dev/null

@@ -71,9 +71,10 @@ std::string ErrorOf(std::string pattern)
     try {
         NPattern::Pattern().SetPatternString(pattern);
     } catch (const NPattern::PatternSyntaxException& error) {
-        const auto place = static_cast<std::size_t>(error.mPosition);
-        const std::size_t end = place + error.mOffendingText.size();
-        if (error.mPosition >= 0) pattern.insert(end, "</mark>").insert(place, "<mark>");
+        if (error.mPosition >= 0) {
+            const auto place = static_cast<std::size_t>(error.mPosition);
+            pattern.insert(place + error.mOffendingText.size(), "</mark>").insert(place, "<mark>");
+        }
         return error.mMessage + " in " + pattern;
     }
     return "no error";
