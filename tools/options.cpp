@@ -73,7 +73,7 @@ std::string ReadWholeFile(const std::string& name, bool mayBeMissing)
     std::ostringstream text;
     // A folder opens but can't be read. Copying from an empty file would fail too.
     if (file.is_open() && file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
-    if (!file.is_open() || file.bad() || std::filesystem::is_directory(path)) {
+    if (!file.is_open() || file.bad() || text.fail() || std::filesystem::is_directory(path)) {
         const std::error_code reason(errno, std::generic_category());
         throw CLI::ValidationError("-f", name + ": " + reason.message());
     }
