@@ -48,7 +48,7 @@ constexpr Section kSections[] = {
     {"Serial devices",
      "A file that is a terminal device, such as /dev/ttyUSB0 or COM3, is set up so that every byte "
      "arrives as it is sent: raw, without echo and flow control, and only for sift. Its settings "
-     "are restored at the end. A byte with a wrong parity becomes NUL. To connect a new device, "
+     "are restored at the end. A byte with a wrong parity becomes 00. To connect a new device, "
      "look at it first:\n\n"
      "  sift --show --baud 9600 /dev/ttyUSB0\n"
      "  sift -e 13 -m \"'W' w:float=.# 'kg'\" /dev/ttyUSB0\n\n"

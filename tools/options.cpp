@@ -179,7 +179,7 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
            "The end-of-message character: a character, an escape (\\n \\r \\t \\0 \\\\ "
            "\\xNN), a name (CR LF NUL STX ETX EOT RS) or a number from 0 to 255 or 0xFF. The "
            "default is line feed. With 0, a message "
-           "ends at a NUL byte, at the end of the file, and where a serial device pauses")
+           "ends at a byte 00, at the end of the file, and where a serial device pauses")
         ->option_text("CHAR");
     app.add_flag("-x,--hex", outLine.mHex,
                  "Read messages written as hexadecimal digits, one message per line. Bytes may be "

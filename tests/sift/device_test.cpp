@@ -323,8 +323,8 @@ TEST_F(Sift, WarnsOfInputThatIsMostLikelyWrong)
         {"'?' -e 59", "1\r2\r3\r;", ""},
         {"'?'", longest + "\n" + longest, ""},
         {"'?'", longest + "11\n" + longest + "1\n", "longer than 2048 bytes"},
-        {"'?'", "1\n2\0\n3\0\n"s, "NUL"},
-        {"'?' --hex", "3200 33\n3400 35\n", "NUL"},
+        {"'?'", "1\n2\0\n3\0\n"s, "bytes 00"},
+        {"'?' --hex", "3200 33\n3400 35\n", "bytes 00"},
     };
     for (const Row& row : rows) {
         Run(row.mArguments, row.mInput);
