@@ -182,8 +182,7 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
     app.add_option("-e,--eom", outLine.mEomText,
                    std::string("The end-of-message character: a character, ") + kEomForms +
                        ". The default is line feed. With 0, a message ends at a byte 00, at the "
-                       "end of the file, and where a "
-                       "serial device pauses")
+                       "end of the file, and where a serial device pauses")
         ->option_text("CHAR");
     app.add_flag("-x,--hex", outLine.mHex,
                  "Read messages written as hexadecimal digits, one message per line. Bytes may be "
