@@ -157,10 +157,9 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
                  "Compile the parsing string and list its outputs: name, type and id");
     app.add_flag(
         "--edit", outOptions.mEdit,
-        "Start by editing the parsing string in an editor, until it compiles or you give up; "
-        "with -f, write it back to FILE. If there is none yet, but there are input files, start "
-        "from "
-        "a suggestion");
+        "Start by editing the parsing string in an editor, until it compiles or you give up, for "
+        "example with an empty text; with -f, write it back to FILE. If there is none yet, but "
+        "there are input files, start from a suggestion");
     app.add_flag(
         "--suggest", outLine.mSuggest,
         "Without a parsing string, suggest one for each kind of message, with the messages "
