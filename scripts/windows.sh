@@ -17,7 +17,7 @@ ctest --preset windows -j "$(nproc)" --progress
 
 echo "== the tests of sift with sift.exe"
 # Not those at a terminal, which Wine draws in its own way, or with the commands of a shell.
-test_sift_of windows 'Edits|ShowsItsProgress|TellsPeopleHow|WarnsOfWhat' \
+test_sift_of windows 'Edits|ReadsTheFiles|ReportsOutput|ShowsItsProgress|TellsPeopleHow|WarnsOfWhat' \
     "$PWD/scripts/wine.sh" "$PWD/build/windows/bin/sift.exe"
 
 echo "== the same bytes as on this system"

@@ -112,7 +112,8 @@ Ending ShowFile(BlockReader& reader, const std::string& path)
     rows->EndRow();
     if (survey.Result().mBytes == 0 && inputKind != NSystem::InputKind::kDevice) {
         const bool isFile = inputKind == NSystem::InputKind::kRegular;
-        std::cout << (isFile ? "the file is empty\n" : "nothing came\n");
+        if (ending == Ending::kEndOfFile || (ending == Ending::kStopped && !isFile))
+            std::cout << (isFile ? "the file is empty\n" : "nothing came\n");
         return ending;
     }
     std::cout << '\n';

@@ -21,11 +21,11 @@ struct Section {
 constexpr Section kSections[] = {
     {"Exit status",
      "0 if a message matched, 1 if no message matched. 2 if the command line is wrong, the parsing "
-     "string doesn't compile, a file can't be read or written, a device was unplugged, or you gave "
-     "up an edit. --check, --explain, and --edit without messages exit with 0 if the parsing "
-     "string compiles, --show if there were bytes, and --suggest if there is a suggestion. Ctrl-C "
-     "and SIGTERM end a run properly, with "
-     "130 and 143; a second one ends it at once."},
+     "string doesn't compile, a file can't be read or written, a device was unplugged, memory ran "
+     "out, the plug-in reported a failed check, or you gave up an edit. --check, --explain, and "
+     "--edit without messages exit with 0 if the parsing "
+     "string compiles, --show if there were bytes, and --suggest if there is a suggestion. Ctrl-C, "
+     "SIGTERM and SIGHUP end a run properly, with 130, 143 and 129; a second one ends it at once."},
     {"Warnings",
      "sift warns on standard error, once for each piece, if a value is wrong: an integer that was "
      "too large, a number whose first digits or sign the piece before it took, a number that goes "
@@ -48,7 +48,7 @@ constexpr Section kSections[] = {
     {"Serial devices",
      "A file that is a terminal device, such as /dev/ttyUSB0 or COM3, is set up so that every byte "
      "arrives as it is sent: raw, without echo and flow control, and only for sift. Its settings "
-     "are restored at the end. A byte with a wrong parity becomes NUL. To connect a new device, "
+     "are restored at the end. A byte with a wrong parity becomes 00. To connect a new device, "
      "look at it first:\n\n"
      "  sift --show --baud 9600 /dev/ttyUSB0\n"
      "  sift -e 13 -m \"'W' w:float=.# 'kg'\" /dev/ttyUSB0\n\n"

@@ -134,7 +134,7 @@ void MessageRun::Warn(const std::string& warning) const
 void MessageRun::ReportTrouble()
 {
     for (const NStandIn::Assertion& assertion : mHost.Assertions()) {
-        std::cerr << "sift: the plug-in reports a failed check: " << assertion.mText << '\n';
+        Complain("the plug-in reports a failed check: " + assertion.mText);
     }
 }
 

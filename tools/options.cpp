@@ -30,6 +30,11 @@ std::optional<std::uint8_t> NumberIn(const std::string& text, int base)
     return value;
 }
 
+// The forms of an end-of-message character but the character itself.
+constexpr char kEomForms[] =
+    "an escape (\\n \\r \\t \\0 \\\\ \\xNN), a name (CR LF NUL STX ETX EOT RS) or a number "
+    "from 0 to 255 or from 0x00 to 0xFF";
+
 // text: one character, an escape, a name or a number. Digits are always a number.
 std::optional<std::uint8_t> CharacterIn(const std::string& text)
 {
@@ -73,7 +78,7 @@ std::string ReadWholeFile(const std::string& name, bool mayBeMissing)
     std::ostringstream text;
     // A folder opens but can't be read. Copying from an empty file would fail too.
     if (file.is_open() && file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
-    if (!file.is_open() || file.bad() || std::filesystem::is_directory(path)) {
+    if (!file.is_open() || file.bad() || text.fail() || std::filesystem::is_directory(path)) {
         const std::error_code reason(errno, std::generic_category());
         throw CLI::ValidationError("-f", name + ": " + reason.message());
     }
@@ -152,10 +157,9 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
                  "Compile the parsing string and list its outputs: name, type and id");
     app.add_flag(
         "--edit", outOptions.mEdit,
-        "Start by editing the parsing string in an editor, until it compiles or you give up; "
-        "with -f, write it back to FILE. If there is none yet, but there are input files, start "
-        "from "
-        "a suggestion");
+        "Start by editing the parsing string in an editor, until it compiles or you give up, for "
+        "example with an empty text; with -f, write it back to FILE. If there is none yet, but "
+        "there are input files, start from a suggestion");
     app.add_flag(
         "--suggest", outLine.mSuggest,
         "Without a parsing string, suggest one for each kind of message, with the messages "
@@ -174,12 +178,10 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
         });
 
     app.option_defaults()->group("Messages");
-    app.add_option(
-           "-e,--eom", outLine.mEomText,
-           "The end-of-message character: a character, an escape (\\n \\r \\t \\0 \\\\ "
-           "\\xNN), a name (CR LF NUL STX ETX EOT RS) or a number from 0 to 255 or 0xFF. The "
-           "default is line feed. With 0, a message "
-           "ends at a NUL byte, at the end of the file, and where a serial device pauses")
+    app.add_option("-e,--eom", outLine.mEomText,
+                   std::string("The end-of-message character: a character, ") + kEomForms +
+                       ". The default is line feed. With 0, a message ends at a byte 00, at the "
+                       "end of the file, and where a serial device pauses")
         ->option_text("CHAR");
     app.add_flag("-x,--hex", outLine.mHex,
                  "Read messages written as hexadecimal digits, one message per line. Bytes may be "
@@ -230,7 +232,7 @@ void DefineOptions(CLI::App& app, CommandLine& outLine, Options& outOptions)
     app.add_flag("--man", outLine.mManual, "Print the manual page and exit");
 }
 
-[[noreturn]] void Refuse(const char* option, const std::string& text, const char* wanted)
+[[noreturn]] void Refuse(const char* option, const std::string& text, const std::string& wanted)
 {
     throw CLI::ValidationError(option, '\'' + text + "' isn't " + wanted);
 }
@@ -331,8 +333,7 @@ void FillOptions(const CLI::App& app, const CommandLine& line, Options& outOptio
     const auto eomChar = CharacterIn(line.mEomText);
     if (!eomChar) {
         Refuse("--eom", line.mEomText,
-               "a character: write the character itself, an escape (\\n \\r \\t \\0 \\\\ "
-               "\\xNN), a name (CR LF NUL STX ETX EOT RS) or a number from 0 to 255");
+               std::string("a character: write the character itself, ") + kEomForms);
     }
     outOptions.mEomChar = line.mHex ? std::uint8_t{0} : *eomChar;
     outOptions.mFindsEom = app.count("--eom") == 0 && !line.mHex;

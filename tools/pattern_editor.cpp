@@ -1,17 +1,18 @@
 #include "tools/pattern_editor.h"
 
-#include <cstdio>
+#include <array>
 #include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
+#include <system_error>
 
 #include "tools/output/fault_printer.h"
 #include "tools/system/editor_launch.h"
 #include "tools/system/environment.h"
 #include "tools/system/file_replacement.h"
+#include "tools/system/input_file.h"
 #include "tools/system/path_text.h"
 #include "tools/system/terminal.h"
 
@@ -57,11 +58,13 @@ bool PatternEditor::Run(NStandIn::StandInHost& host, NStandIn::Instance& instanc
 bool PatternEditor::EditUntilGood(NStandIn::Dialog& dialog, const Palette& palette)
 {
     mOriginal = dialog.Text();
-    mFile = NSystem::UnusedPath(fs::temp_directory_path(), "sift", ".pattern");
-    NSystem::WriteNewFile(mFile, mOriginal);
+    const fs::path file = NSystem::UnusedPath(fs::temp_directory_path(), "sift", ".pattern");
+    NSystem::WriteNewFile(file, mOriginal);
+    mFile = file;
     for (;;) {
         RunEditor();
         ReadBack();
+        if (mText.empty()) return false;
         dialog.SetText(mText);
         const NStandIn::Validation result = dialog.Validate();
         if (result.mGood) return true;
@@ -86,12 +89,13 @@ void PatternEditor::Discard()
     mFile.clear();
 }
 
-void PatternEditor::Abandon()
+fs::path PatternEditor::Abandon()
 {
-    if (mFile.empty()) return;
+    std::error_code ignored;
+    if (mFile.empty() || !fs::exists(mFile, ignored)) return {};
     ReadBack();
-    if (mText == mOriginal) return Discard();
-    std::cerr << "sift: your text is kept in " << NSystem::TextOf(mFile) << '\n';
+    if (mText.empty() || mText == mOriginal) Discard();
+    return mFile;
 }
 
 void PatternEditor::ReadBack()
@@ -106,17 +110,21 @@ void PatternEditor::ReadBack()
 }
 
 // Reads the answer from the terminal itself, since standard input may hold messages. The answer is
-// no if nobody is there.
+// no if nobody is there, and after Ctrl-C.
 bool PatternEditor::AskToEditAgain() const
 {
     if (!NSystem::IsTerminal(stderr)) return false;
     std::cerr << "edit " << NSystem::TextOf(mFile) << " again? [Y/n] " << std::flush;
-    // Not with a stream: that of some libraries waits until its buffer is full.
-    const auto close = [](std::FILE* file) { std::fclose(file); };
-    const std::unique_ptr<std::FILE, decltype(close)> terminal(
-        std::fopen(NSystem::TerminalPath(), "r"));
-    const int answer = terminal != nullptr ? std::getc(terminal.get()) : EOF;
-    return answer != EOF && answer != 'n' && answer != 'N';
+    try {
+        NSystem::InputFile terminal(NSystem::TerminalPath(), {});
+        std::array<char, 1000> answer{};
+        std::error_code ignored;
+        const std::size_t size = terminal.Read(answer, std::nullopt, ignored);
+        if (size == 0) std::cerr << '\n';
+        return size != 0 && answer[0] != 'n' && answer[0] != 'N';
+    } catch (const std::system_error&) {
+        return false;
+    }
 }
 
 }  // namespace NSift

@@ -19,8 +19,9 @@ class PatternEditor {
     PatternEditor& operator=(const PatternEditor&) = delete;
 
     // Double clicks on the instance and runs the editor until the text compiles or the user gives
-    // up. Returns true if the instance has the new text. Questions and errors go to standard error.
-    // Throws std::runtime_error if the editor can't be run or a file can't be written or read.
+    // up, among others by an empty text. Returns true if the instance has the new text. Questions
+    // and errors go to standard error. Throws std::runtime_error if the editor can't be run or a
+    // file can't be written or read.
     bool Run(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Palette& palette);
 
     // The text of the editor, after Run.
@@ -29,9 +30,9 @@ class PatternEditor {
     // Deletes the temporary file: the text is safe elsewhere.
     void Discard();
 
-    // Ends a failed edit. If the user changed the text, keeps the temporary file and reports its
-    // path.
-    void Abandon();
+    // Ends a failed edit. If the user wrote a text, keeps the temporary file and returns its path;
+    // otherwise returns an empty path.
+    std::filesystem::path Abandon();
 
   private:
     bool EditUntilGood(NStandIn::Dialog& dialog, const Palette& palette);

@@ -1,7 +1,10 @@
 // sift: runs the built plug-in over messages in a terminal.
 
+#include <filesystem>
 #include <iostream>
+#include <new>
 #include <stdexcept>
+#include <string>
 
 #include "Common/Explain/fault.h"
 #include "Common/Explain/piece.h"
@@ -52,6 +55,14 @@ std::unique_ptr<ResultPrinter> MakePrinter(const Options& options, const NExplai
                            Palette(stdout));
 }
 
+// Ends a failed edit. Returns where the user's text is kept, or an empty string if the user wrote
+// none.
+std::string KeptText(PatternEditor& editor)
+{
+    const std::filesystem::path file = editor.Abandon();
+    return file.empty() ? "" : "your text is kept in " + NSystem::TextOf(file);
+}
+
 // Returns true if the user accepted a text and it is stored. Whatever fails, the user's text is
 // kept somewhere.
 bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Options& options)
@@ -59,16 +70,19 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
     PatternEditor editor;
     try {
         if (!editor.Run(host, instance, Palette(stderr))) {
-            std::cerr << (options.mPattern.empty()
-                              ? "sift: edit cancelled; nothing was written\n"
-                              : "sift: edit cancelled; the parsing string is unchanged\n");
-            editor.Abandon();
+            const std::string kept = KeptText(editor);
+            std::cerr << "sift: edit cancelled; "
+                      << (!kept.empty()              ? kept
+                          : options.mPattern.empty() ? "nothing was written"
+                                                     : "the parsing string is unchanged")
+                      << '\n';
             return false;
         }
         if (!options.mPatternFile.empty())
             NSystem::ReplaceFile(NSystem::PathOf(options.mPatternFile), editor.Text());
     } catch (...) {
-        editor.Abandon();
+        const std::string kept = KeptText(editor);
+        if (!kept.empty()) std::cerr << "sift: " << kept << '\n';
         throw;
     }
     editor.Discard();
@@ -77,10 +91,9 @@ bool Edit(NStandIn::StandInHost& host, NStandIn::Instance& instance, const Optio
 
 int Run(const Options& options)
 {
-    if (options.mTask == Task::kShow || options.mTask == Task::kSuggest) {
-        NSystem::CatchInterruptions();
-        return options.mTask == Task::kShow ? ShowBytes(options) : SuggestPatterns(options);
-    }
+    NSystem::CatchInterruptions();
+    if (options.mTask == Task::kShow) return ShowBytes(options);
+    if (options.mTask == Task::kSuggest) return SuggestPatterns(options);
     const NSystem::PluginModule plugin(options.mPlugin);
     NStandIn::StandInHost host(plugin.GetActorInfo(), NStandIn::HostMode::kPlain);
     NStandIn::Instance& instance = host.CreateInstance();
@@ -89,7 +102,8 @@ int Run(const Options& options)
     const bool isNew = options.mEdit && options.mPattern.empty() && hasSamples;
     instance.SetState(isNew ? SuggestedPattern(options) : options.mPattern);
     host.ClearAssertions();  // a bad parsing string is reported in detail below
-    if (options.mEdit && !Edit(host, instance, options)) return kExitTrouble;
+    if (NSystem::Interruption() != 0) return EndRun(true, false);
+    if (options.mEdit && !Edit(host, instance, options)) return EndRun(true, false);
 
     const std::string pattern = instance.State();
     const bool isOnlyEdit = options.mEdit && options.mTask == Task::kMatch &&
@@ -97,26 +111,25 @@ int Run(const Options& options)
                             NSystem::IsTerminal(stdin);
     if (isOnlyEdit || (options.mEdit && options.mPatternFile.empty()))
         (isOnlyEdit ? std::cout : std::cerr) << pattern << '\n';
-    if (isOnlyEdit) return kExitMatched;
+    if (isOnlyEdit) return EndRun(false, true);
     if (const auto error = Validate(host, instance); !error.mGood) {
         const NExplain::Fault fault = FaultOf(pattern, error);
         std::cerr << "sift: ";
         PrintFault(std::cerr, pattern, fault, Palette(stderr));
         MakePrinter(options, {})->PrintFault(fault);
-        return kExitTrouble;
+        return EndRun(true, false);
     }
     const NExplain::Pieces pieces = NExplain::TakeApart(pattern);
     const std::unique_ptr<ResultPrinter> printer = MakePrinter(options, pieces);
     if (options.mTask == Task::kExplain) {
         PrintExplanation(std::cout, pieces, Palette(stdout));
-        return kExitMatched;
+        return EndRun(false, true);
     }
     if (options.mTask == Task::kCheck) {
         printer->PrintOutputs(instance.Outputs());
         CautionReport(pieces, *printer).ReportPattern(false);
-        return kExitMatched;
+        return EndRun(false, true);
     }
-    NSystem::CatchInterruptions();
     return MessageRun(options, host, instance, pieces, *printer).Run();
 }
 
@@ -126,14 +139,21 @@ int Run(const Options& options)
 
 int main(int argc, char** argv)
 {
-    const NSystem::OutputSetup outputSetup;
-    std::ios::sync_with_stdio(false);
     try {
+        const NSystem::OutputSetup outputSetup;
+        std::ios::sync_with_stdio(false);
         int exitStatus = NSift::kExitTrouble;
         const auto options = NSift::ParseOptions(NSystem::Arguments(argc, argv), exitStatus);
-        return options ? NSift::Run(*options) : exitStatus;
+        return options ? NSift::Run(*options) : NSift::EndRun(exitStatus != 0, true);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "sift: out of memory\n";
+    } catch (const NPattern::PatternException& error) {
+        // The plug-in has compiled the same string.
+        std::cerr << "sift: " << error.mMessage
+                  << "; the plug-in accepts the parsing string: is memory short, or is it of "
+                     "another version?\n";
     } catch (const std::exception& error) {
         std::cerr << "sift: " << error.what() << '\n';
-        return NSift::kExitTrouble;
     }
+    return NSift::kExitTrouble;
 }

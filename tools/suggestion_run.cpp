@@ -30,6 +30,8 @@ void Warn(const SampleInput& input)
         std::cerr << "sift: no end of the messages was found: pass the character that ends each "
                      "one with -e; with -e 0, a message ends where a device pauses\n";
     }
+    if (input.IsInterrupted())
+        std::cerr << "sift: interrupted: only the messages up to then were used\n";
     if (input.IsPart()) std::cerr << "sift: only the first messages were used, 16 MiB of them\n";
     if (input.Lost() != 0) {
         std::cerr << "sift: " << NExplain::CountOf(input.Lost(), "message")

@@ -52,15 +52,6 @@ Json ValueJson(const Parameter& value)
     return value.mFloatValue < 0 ? "-inf" : "inf";
 }
 
-Json FaultJson(const NExplain::Fault& fault)
-{
-    return {{"error", TextJson(fault.mMessage)},
-            {"start", fault.mStart},
-            {"length", fault.mLength},
-            {"hints", fault.mHints},
-            {"needs", fault.mNeeds}};
-}
-
 Json PieceJson(const NExplain::Piece& piece)
 {
     const NExplain::Meaning meaning = NExplain::MeaningOf(piece);
@@ -76,24 +67,10 @@ Json PieceJson(const NExplain::Piece& piece)
             {"captures", captures}};
 }
 
-Json StepsJson(const NExplain::Trace& trace)
-{
-    Json steps = Json::array();
-    for (const NExplain::Take& take : trace.mTakes) {
-        const Json piece = take.mPiece ? Json(*take.mPiece + 1) : Json(nullptr);
-        steps.push_back({{"piece", piece},
-                         {"start", take.mSpan.mStart},
-                         {"length", take.mSpan.mEnd - take.mSpan.mStart}});
-    }
-    return steps;
-}
-
 Json CautionsJson(const std::vector<NExplain::Caution>& cautions)
 {
     Json list = Json::array();
-    for (const NExplain::Caution& caution : cautions) {
-        list.push_back({{"piece", caution.mPiece + 1}, {"caution", TextJson(caution.mText)}});
-    }
+    for (const NExplain::Caution& caution : cautions) list.push_back(NSift::CautionJson(caution));
     return list;
 }
 
@@ -160,7 +137,7 @@ class Run {
                     {"message", mMessages},
                     {"values", std::move(values)},
                     {"text", TextJson(message.mText)},
-                    {"steps", StepsJson(trace)}};
+                    {"steps", NSift::StepsJson(trace)}};
         const auto cautions = NExplain::FindValueCautions(mPieces, mRisks, message.mText, trace);
         if (!cautions.empty()) row["cautions"] = CautionsJson(cautions);
         return row;
@@ -174,14 +151,7 @@ class Run {
         const NExplain::Trace trace = NExplain::TraceMatch(mPieces, message.mText);
         const NExplain::Miss miss =
             NExplain::ExplainMiss(mPieces, message.mText, trace, message.mIsCut);
-        row.update({{"verdict", miss.mVerdict},
-                    {"stopped_at", trace.mStoppedAt},
-                    {"piece", *trace.mRefusedBy + 1},
-                    {"source", TextJson(mPieces[*trace.mRefusedBy].mSource)},
-                    {"wanted", miss.mWanted},
-                    {"found", miss.mFound},
-                    {"hints", miss.mHints},
-                    {"steps", StepsJson(trace)}});
+        row.update(NSift::MissJson(mPieces, trace, miss));
         return row;
     }
 
@@ -204,7 +174,7 @@ Json TryJson(const std::string& parseString, std::string_view deliveries, char e
                              [&run](const Message& message) { run.Take(message); });
         return std::move(run).Result();
     } catch (const NPattern::PatternSyntaxException&) {
-        return {{"fault", FaultJson(NExplain::FindFault(parseString).value())}};
+        return {{"fault", NSift::FaultJson(NExplain::FindFault(parseString).value())}};
     }
 }
 

@@ -21,7 +21,7 @@ constexpr unsigned char kUsualEnds[] = {'\n', '\r', 0x03, 0x04, 0x1E, 0x00};
 std::string NameOfEnd(const std::string& end)
 {
     constexpr std::pair<std::string_view, const char*> kNames[] = {
-        {"\r\n", "CR LF"}, {"\n", "LF"}, {"\r", "CR"}, {"\x03", "ETX"}, {{"\0", 1}, "NUL"}};
+        {"\r\n", "CR LF"}, {"\n", "LF"}, {"\r", "CR"}, {"\x03", "ETX"}, {{"\0", 1}, "a byte 00"}};
     for (const auto& [bytes, name] : kNames) {
         if (end == bytes) return name;
     }
@@ -190,7 +190,7 @@ std::vector<std::string> Findings(const Survey& survey)
     if (survey.mMessages > 1) findings.push_back(LengthWords(survey));
     findings.push_back(CountOf(survey.mBytes, "byte") + ", of which " +
                        std::to_string(survey.mHighBytes) + " are above 127 and " +
-                       std::to_string(survey.mNuls) + " are NUL");
+                       std::to_string(survey.mNuls) + " are 00");
     if (survey.mHighBytes != 0) {
         findings.emplace_back(
             "bytes above 127 are numbers, letters or signs such as a degree sign, "
@@ -198,7 +198,7 @@ std::vector<std::string> Findings(const Survey& survey)
     }
     if (survey.mNuls != 0 && survey.mEnd != std::string(1, '\0')) {
         findings.emplace_back(
-            "the host's text ends at a NUL, so a message that contains one is cut "
+            "the host's text ends at a byte 00, so a message that contains one is cut "
             "there or lost");
     }
     return findings;

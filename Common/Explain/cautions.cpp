@@ -162,10 +162,9 @@ MaybeFinding FindImpossible(const Place& place)
     const auto* const text = ElementAs<StringElement>(place.mPiece);
     const bool hasZero = text != nullptr && text->MatchText().find('\0') != std::string::npos;
     if (hasZero || first == ByteSet().set(0)) {
-        return Finding{
-            kCautionByteZero,
-            "this needs a byte 00 (NUL), but the host passes text only up to the first one, "
-            "so it never matches"};
+        return Finding{kCautionByteZero,
+                       "this needs a byte 00, but the host passes text only up to the first one, "
+                       "so it never matches"};
     }
     return std::nullopt;
 }

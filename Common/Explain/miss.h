@@ -19,7 +19,7 @@ struct Miss {
 
 // The verdict on a message that the plug-in never sees completely, instead of ExplainMiss.
 inline constexpr char kLostVerdict[] =
-    "the message is lost: it contains a NUL, and the host's text ends at a NUL";
+    "the message is lost: it contains a byte 00, at which the host's text ends";
 
 // trace: of a message that did not match.
 // isCut: the message went on after a NUL, but the host passes text that ends there.

@@ -1,81 +1,18 @@
 // Memory that runs out, and operations that fail or throw, at every single place: the callback
-// returns normally, nothing is lost, and the next piece of work succeeds. A program of its own,
-// since it replaces the allocation functions.
+// returns normally, nothing is lost, and the next work succeeds.
 
-#include <cstdlib>
 #include <map>
-#include <new>
 #include <string>
+#include <utility>
 
-#include "Common/Pattern/pattern.h"
 #include "actor/icon.h"
 #include "actor_support.h"
+#include "allocations.h"
 
+using namespace NAllocations;
 using NStandIn::Instance;
 using NStandIn::Operation;
 using NStandIn::StandInHost;
-
-namespace {
-
-long sLiveAllocations = 0;
-int sAllocations = 0;       // of the actor's code
-int sFailing = 0;           // number of the one that fails; 0: none
-bool sWithoutHost = false;  // while a test uses the engine itself
-
-void* Allocate(std::size_t size)
-{
-    const bool ofActor = sWithoutHost || !StandInHost::IsInsideOperation();
-    if (ofActor && ++sAllocations == sFailing) return nullptr;
-    ++sLiveAllocations;
-    return std::malloc(size != 0 ? size : 1);
-}
-
-void* AllocateOrThrow(std::size_t size)
-{
-    if (void* const memory = Allocate(size)) return memory;
-    throw std::bad_alloc();
-}
-
-void Release(void* memory)
-{
-    if (memory != nullptr) --sLiveAllocations;
-    std::free(memory);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size)
-{
-    return AllocateOrThrow(size);
-}
-void* operator new[](std::size_t size)
-{
-    return AllocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return Allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return Allocate(size);
-}
-void operator delete(void* memory) noexcept
-{
-    Release(memory);
-}
-void operator delete[](void* memory) noexcept
-{
-    Release(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept
-{
-    Release(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    Release(memory);
-}
 
 namespace {
 
@@ -84,32 +21,50 @@ constexpr char kLongState[] = "a:i=# b:i=# c:i=# d:i=# e:i=# f:i=# g:i=# h:i=# i
 constexpr char kState[] =
     "'T=' t:float=.# name_beyond_any_small_buffer:s=[a-z] n:i=2x (a=0-3, 4-7) {20-7F} eol";
 constexpr char kText[] = "T=2.5 abcdefghijklmnopqrstuvwxyz ff0 some\nrest";
+const std::string kLongRest(100000, 'x');  // more than an instance keeps memory for
 
-// A piece of the host's work, on an instance that has kOldState, or kState for a delivery.
+// A piece of the host's work.
 struct Work {
     const char* mName;
-    bool mIsDelivery;         // leaves kState in force whatever happens
+    const char* mState;       // of the instance before
+    bool mKeepsState;         // whatever happens
     int mAllocations;         // the fewest places at which memory can run out
     int mOperations;          // the number of operations called
     const char* mReport;      // made in any case, or empty
     const char* mBlockFails;  // the report if AllocateBlock fails
     void (*mDo)(Instance& instance);
+    // Done once more when the first output has its value, or null.
+    void (*mDoInside)(Instance& instance) = nullptr;
 };
 
+void Deliver(Instance& instance)
+{
+    instance.Deliver(kText);
+}
+
 const Work kWork[] = {
-    {"restore", false, 20, 12, "", kNoString, [](Instance& i) { i.SetState(kState); }},
-    {"growth", false, 20, 13, "", kNoString, [](Instance& i) { i.SetState(kLongState); }},
-    {"bad restore", false, 2, 3, "false", kNoString, [](Instance& i) { i.SetState("n:i=# no"); }},
-    {"delivery", true, 4, 9, "", "", [](Instance& i) { i.Deliver(kText); }},
-    {"commit", false, 40, 33, "", kNoString, [](Instance& i) { i.DoubleClick(); }},
-    {"help and icon", false, 0, 3, "", "",
+    {"restore", kOldState, false, 20, 12, "", kNoString, [](Instance& i) { i.SetState(kState); }},
+    {"growth", kOldState, false, 20, 13, "", kNoString,
+     [](Instance& i) { i.SetState(kLongState); }},
+    {"bad restore", kOldState, false, 2, 3, "false", kNoString,
+     [](Instance& i) { i.SetState("n:i=# no"); }},
+    {"delivery", kState, true, 4, 9, "", "", Deliver},
+    {"long delivery", kState, true, 4, 9, "", "",
+     [](Instance& i) { i.Deliver(kText + kLongRest); }},
+    {"second delivery", kState, true, 4, 18, "", "", [](Instance& i) { Deliver(i), Deliver(i); }},
+    {"delivery inside", kState, true, 8, 18, "", "", Deliver, Deliver},
+    {"restore inside", kState, false, 24, 11, "", kNoString, Deliver,
+     [](Instance& i) { i.SetState(kState); }},
+    {"end inside", kState, true, 4, 4, "", "", Deliver, [](Instance& i) { i.Dispose(); }},
+    {"commit", kOldState, false, 40, 33, "", kNoString, [](Instance& i) { i.DoubleClick(); }},
+    {"help and icon", kOldState, false, 0, 3, "", "",
      [](Instance& i) {
          i.Help(NStandIn::kPropertyInput, 1, 5);
          i.IconSize(nullptr);
          i.DrawIcon(nullptr, 1, 0, 0);
      }},
-    {"dispose", false, 0, 2, "", "", [](Instance& i) { i.Dispose(); }},
-    {"recreate", false, 0, 3, "", "info != nil", [](Instance& i) { i.Recreate(); }},
+    {"dispose", kOldState, false, 0, 2, "", "", [](Instance& i) { i.Dispose(); }},
+    {"recreate", kOldState, false, 0, 3, "", "info != nil", [](Instance& i) { i.Recreate(); }},
 };
 
 // Reported first when an operation fails in an instance. A failure of any other isn't reported.
@@ -135,8 +90,8 @@ enum Fault { kOfMemory, kOfOperation, kThrow, kThrowFromThen };
 
 struct Thrown {};  // of no standard class
 
-// Makes the faults of a host, and checks what follows from them. What the host doesn't take back
-// because it throws stays in its accounts.
+// Makes the faults of a host, and checks what follows. What the host doesn't take back because it
+// throws stays in its accounts.
 class FaultyHost {
   public:
     FaultyHost(StandInHost& host, Fault fault, int n) : mHost(host), mFault(fault), mN(n)
@@ -225,20 +180,25 @@ bool DoWithFault(const Work& work, Fault fault, int n)
 {
     StandInHost host(GetActorInfo);
     Instance& instance = host.CreateInstance();
-    instance.SetState(work.mIsDelivery ? kState : kOldState);
+    instance.SetState(work.mState);
     host.mDialogScript = [](NStandIn::Dialog& dialog) {
         dialog.SetText(kState);
         dialog.Validate();
         return true;
     };
     // Stays on the input. Only the first delivery allocates.
-    if (!work.mIsDelivery) instance.Deliver(kText);
+    if (work.mState == kOldState) instance.Deliver(kText);
+    host.mOutputListener = [&work, isInside = false](Instance& i, std::uint16_t output) mutable {
+        if (work.mDoInside != nullptr && output == 2 && !std::exchange(isInside, true))
+            work.mDoInside(i);
+    };
     FaultyHost faulty(host, fault, n);
     work.mDo(instance);
     const bool reached = faulty.Mend();
+    host.mOutputListener = nullptr;
     faulty.ExpectReport(work);
 
-    if (instance.Info().mActorDataPtr != nullptr) ExpectToWork(instance, !work.mIsDelivery);
+    if (instance.Info().mActorDataPtr != nullptr) ExpectToWork(instance, !work.mKeepsState);
     ExpectToWork(host.CreateInstance(), true);
     if (host.Icon() != nullptr) *host.Icon() = NActor::IconRecord{};  // as in a library just loaded
     faulty.ExpectAccounts();
@@ -252,9 +212,9 @@ int CountFaults(const Work& work, Fault fault)
     for (bool reached = true; reached;) {
         const std::string place = std::string(work.mName) + ' ' + std::to_string(++n);
         SCOPED_TRACE(place);
-        const long live = sLiveAllocations;
+        const long live = sLive;
         reached = DoWithFault(work, fault, n);
-        EXPECT_EQ(sLiveAllocations, live);
+        EXPECT_EQ(sLive, live);
     }
     return n - 1;
 }
@@ -266,50 +226,45 @@ TEST(Faults, OfMemoryAtEveryAllocation)
     }
 }
 
-// The captures of another pattern are collected completely or not at all.
-TEST(Faults, OfMemoryWhileParametersAreCollected)
-{
-    NPattern::Pattern one;
-    one.SetPatternString("a:i=# b:i=#");
-    NPattern::Pattern other;
-    other.SetPatternString("a_name_beyond_any_small_buffer:i=# c_name_beyond_any_small_buffer:i=#");
-    NPattern::CapturedParameters kept;
-    for (int n = 1; n <= 3; ++n) {  // one allocation for the entries, one for each name
-        one.Match(nullptr, 0, kept);
-        sAllocations = 0;
-        sFailing = n;
-        sWithoutHost = true;
-        EXPECT_THROW(other.Match(nullptr, 0, kept), std::bad_alloc);
-        sWithoutHost = false;
-        sFailing = 0;
-        one.Match(nullptr, 0, kept);
-        EXPECT_EQ(kept.Entries().at(0).mName + kept.Entries().at(1).mName, "ab");
-    }
-}
-
 TEST(Allocations, NoDeliveryAfterTheFirstNeedsAny)
 {
     StandInHost host(GetActorInfo);
     Instance& instance = host.CreateInstance();
     instance.SetState(kState);
-    instance.SetEomChar('\n');
-    instance.Deliver(kText);
-    const auto allocationsOf = [&instance](const std::string& text) {
+    int triggers = 0;
+    host.mOutputListener = [&triggers](Instance& /*instance*/, std::uint16_t output) {
+        if (output == 1) ++triggers;
+    };
+    const auto allocationsOf = [&instance](const std::string& text, int failing = 0) {
         sAllocations = 0;
+        sFailing = failing;
         instance.Deliver(text);
+        sFailing = 0;
         return sAllocations;
     };
+    for (const int failing : {1, 2, 0}) allocationsOf(kText, failing);
+    EXPECT_EQ(triggers, 1);
     for (const char* text : {kText, "T=-3 zyxwvutsrqponmlkjihgfedcba 00f line\n", "", "no\n"}) {
         EXPECT_EQ(allocationsOf(text), 0) << text;
     }
+    EXPECT_EQ(triggers, 3);
     // The memory of a long text is not kept.
-    for (int round = 0; round < 2; ++round) EXPECT_EQ(allocationsOf(std::string(100000, 'x')), 1);
+    for (int round = 0; round < 2; ++round) EXPECT_EQ(allocationsOf(kText + kLongRest), 1);
+    EXPECT_EQ(triggers, 5);
     EXPECT_EQ(allocationsOf(kText), 1);
     EXPECT_EQ(allocationsOf(kText), 0);
-    sFailing = 1;
-    allocationsOf(std::string(100000, 'x'));
-    sFailing = 0;
-    EXPECT_EQ(host.Assertions().at(0).mText, "buffer != NULL");
+    allocationsOf(kLongRest, 1);
+    EXPECT_EQ(allocationsOf(kText), 1);
+    ASSERT_EQ(host.Assertions().size(), 3U);
+    for (const auto& report : host.Assertions()) EXPECT_EQ(report.mText, "buffer != NULL");
+    // What an exception leaves is kept.
+    host.mHook = [](Operation operation) -> bool {
+        if (operation == NStandIn::kSetOutputValue) throw Thrown();
+        return false;
+    };
+    EXPECT_EQ(allocationsOf(kText), 0);
+    host.mHook = nullptr;
+    EXPECT_EQ(allocationsOf(kText), 0);
     EXPECT_EQ(host.Close(), Texts());
 }
 

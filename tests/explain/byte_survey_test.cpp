@@ -62,7 +62,7 @@ TEST(ByteSurvey, SaysWhatItFinds)
     ASSERT_EQ(findings.size(), 5U);
     EXPECT_EQ(findings[0], "each message seems to end with ETX; use -e 3");
     EXPECT_EQ(findings[1], "2 messages of 7 bytes, without its end");
-    EXPECT_EQ(findings[2], "17 bytes, of which 2 are above 127 and 1 are NUL");
+    EXPECT_EQ(findings[2], "17 bytes, of which 2 are above 127 and 1 are 00");
 }
 
 }  // namespace

@@ -27,9 +27,9 @@ TEST_F(Sift, TakesTheEndOfMessageInManyWays)
         EXPECT_EQ(Run("n:i=# -e "s + row.mEom, row.mInput), 0);
         EXPECT_EQ(mOut, "n=1\nn=2\n") << row.mEom;
     }
-    for (const char* bad : {"256", "ab", "'\\q'", "''", "'\\x1FF'"}) {
+    for (const char* bad : {"256", "0x100", "ab", "'\\q'", "''", "'\\x1FF'"}) {
         EXPECT_EQ(Run("n:i=# -e "s + bad), 2) << bad;
-        EXPECT_NE(mErr.find("isn't a character"), std::string::npos) << mErr;
+        ExpectParts(mErr, "isn't a character: write~from 0x00 to 0xFF");
     }
 }
 
@@ -40,18 +40,12 @@ TEST_F(Sift, ReadsFilesInTurn)
     const std::string two = Write("two", "2");
     EXPECT_EQ(Run("-f " + pattern + " " + one + " - " + two, "5\n"), 0);
     EXPECT_EQ(mOut, "n=1\nn=5\nn=2\n");
-    EXPECT_EQ(Run("-f " + pattern + " " + one + " /nowhere " + two), 2);
-    EXPECT_EQ(mOut, "n=1\nn=2\n");
-    EXPECT_NE(mErr.find("/nowhere"), std::string::npos);
-    EXPECT_EQ(Run("-f " + pattern + " " + mFolder.string() + " " + one), 2);
-    EXPECT_EQ(mErr, "sift: " + mFolder.string() + ": Is a directory\n");
-    EXPECT_EQ(mOut, "n=1\n");
     EXPECT_EQ(Run("-f /nowhere"), 2);
     EXPECT_EQ(Run(""), 2);
     EXPECT_EQ(Run("--plugin /nowhere x"), 2);
     EXPECT_EQ(Run("n:i=#", "\0007\n8\n"s), 0);
     EXPECT_EQ(mOut, "n=8\n");
-    EXPECT_NE(mErr.find("NUL"), std::string::npos);
+    EXPECT_NE(mErr.find("bytes 00"), std::string::npos);
 }
 
 // A live source waits for the answer to each message before it sends more. What it sends may end

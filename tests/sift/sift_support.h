@@ -60,12 +60,13 @@ class Sift : public testing::Test {
         return (mFolder / name).string();
     }
 
-    // arguments: as a shell reads them. Returns the exit status; what was printed is in the fields.
+    // arguments: as a shell reads them, with redirections of their own. Returns the exit status;
+    // what was printed is in the fields.
     int Run(const std::string& arguments, const std::string& input = "")
     {
-        const std::string command = '"' + Program() + "\" " + arguments + " <" +
-                                    Write("in", input) + " >" + (mFolder / "out").string() + " 2>" +
-                                    (mFolder / "err").string();
+        const std::string command = '"' + Program() + "\" <" + Write("in", input) + " >" +
+                                    (mFolder / "out").string() + " 2>" +
+                                    (mFolder / "err").string() + ' ' + arguments;
         const int status = std::system(command.c_str());
         mOut = ReadFile(mFolder / "out");
         mErr = ReadFile(mFolder / "err");

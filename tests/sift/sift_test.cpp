@@ -112,7 +112,7 @@ TEST_F(Sift, ExplainsAndPrintsInManyForms)
         {"'2 bytes n:i=#' --misses", "\x01\x02z\n\0b\n"s, 1,
          "message 1: piece 2 does not match at byte 2\n  0000  01 02 7A   ~|..z|\n         1  1 "
          "^^\n"
-         "~found    'z'\nmessage 2: the message is lost: it contains a NUL~  0000  00 62  "},
+         "~found    'z'\nmessage 2: the message is lost: it contains a byte 00~  0000  00 62  "},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(Run(row.mArguments, row.mInput), row.mStatus) << row.mArguments << mErr;

@@ -115,7 +115,7 @@ async function testBox(page) {
     await type(page, 'pattern', "'T=' t:float=.#");
     await type(page, 'messages', 'T=1.5\nT:2\n<b>\\x00');
     const text = await textOf(page, 'result');
-    for (const part of ['1 of 3', '1.5', "':' instead of '='", 'it contains a NUL', '<b>\\x00']) assert.ok(text.includes(part), part);
+    for (const part of ['1 of 3', '1.5', "':' instead of '='", 'it contains a byte 00', '<b>\\x00']) assert.ok(text.includes(part), part);
     await page.click('#try-hex');
     assert.equal(await textOf(page, 'messages'), '54 3D 31 2E 35\n54 3A 32\n3C 62 3E 00');
     await type(page, 'messages', '54 3D 3');

@@ -27,7 +27,7 @@ bool IsHexPrefix(std::string_view text)
 }
 
 constexpr const char* kWarnings[] = {
-    "the input has bytes 00 (NUL), where the host's text ends: such a message is cut or lost",
+    "the input has bytes 00, where the host's text ends: such a message is cut or lost",
     "a message is longer than 2048 bytes and is cut there; is the end-of-message character right?",
     "the input has carriage returns and no line feed, which would end a message; try -e '\\r'",
     "the input has line feeds and no carriage return, which would end a message; try -e '\\n'",

@@ -6,6 +6,7 @@
 
 #include "Common/Suggest/end_of_message.h"
 #include "tools/input/piece_cutter.h"
+#include "tools/system/interruption.h"
 
 namespace NSift {
 
@@ -42,13 +43,20 @@ bool SampleInput::Read()
         return !mHasTrouble;
     }
     BlockReader reader(mReading);
-    for (const std::string& file : mFiles) ReadBytes(file, reader);
+    for (const std::string& file : mFiles) {
+        if (NSystem::Interruption() == 0) ReadBytes(file, reader);
+    }
     if (!mEomChar) mEomChar = NSuggest::FindEndOfMessage(mBytes, mPauses);
     if (!mEomChar && mPauses.size() > 1) mEomChar = 0;
     mIsOpen = !mEomChar && !NSuggest::IsText(mBytes);
     if (mIsLive && !mIsOpen) CutBytes();
     mBytes.clear();
     return !mHasTrouble;
+}
+
+bool SampleInput::IsInterrupted() const
+{
+    return !mIsLive && NSystem::Interruption() != 0;
 }
 
 void SampleInput::ForEach(const std::function<void(std::string_view)>& take)

@@ -35,6 +35,9 @@ class SampleInput {
     // Calls take with each message that reaches the parsing string.
     void ForEach(const std::function<void(std::string_view)>& take);
 
+    // True if a signal ended the reading of files before their end.
+    bool IsInterrupted() const;
+
     // True if more messages came than are kept.
     bool IsPart() const { return mIsLive && mIsPart; }
 

@@ -57,30 +57,16 @@ std::vector<Member> MembersFor(const Outputs& outputs)
     std::size_t output = 1;
     for (const std::string& name : UniqueNames(outputs)) {
         const auto [found, isNew] = positions.emplace(name, members.size());
-        if (isNew) members.push_back({(members.empty() ? "" : ",") + Json(name).dump() + ':', 0});
+        if (isNew) {
+            std::string key(members.empty() ? "" : ",");
+            members.push_back({key.append(Json(name).dump()).append(1, ':'), 0});
+        }
         members[found->second].mOutput = output++;
     }
     return members;
 }
 
-Json StepsJson(const NExplain::Trace& trace)
-{
-    Json steps = Json::array();
-    for (const NExplain::Take& take : trace.mTakes) {
-        const Json piece = take.mPiece ? Json(*take.mPiece + 1) : Json(nullptr);
-        steps.push_back({{"piece", piece},
-                         {"start", take.mSpan.mStart},
-                         {"length", take.mSpan.mEnd - take.mSpan.mStart}});
-    }
-    return steps;
-}
-
-Json CautionJson(const NExplain::Caution& caution)
-{
-    return {{"piece", caution.mPiece + 1}, {"caution", TextJson(caution.mText)}};
-}
-
-Json MissJson(const Message& message)
+Json MissedMessageJson(const Message& message)
 {
     Json line = {{"type", "miss"}, {"message", message.mNumber}};
     if (!message.mFile.empty())
@@ -130,34 +116,23 @@ class JsonPrinter final : public ResultPrinter {
 
     void PrintMiss(const Message& message, const NExplain::Miss& miss) override
     {
-        const NExplain::Trace& trace = *message.mTrace;
-        Json line = MissJson(message);
-        line.update({{"verdict", miss.mVerdict},
-                     {"stopped_at", trace.mStoppedAt},
-                     {"piece", *trace.mRefusedBy + 1},
-                     {"source", TextJson(mPieces[*trace.mRefusedBy].mSource)},
-                     {"wanted", miss.mWanted},
-                     {"found", miss.mFound},
-                     {"hints", miss.mHints},
-                     {"steps", StepsJson(trace)}});
+        Json line = MissedMessageJson(message);
+        line.update(MissJson(mPieces, *message.mTrace, miss));
         Print(line);
     }
 
     void PrintLost(const Message& message) override
     {
-        Json line = MissJson(message);
+        Json line = MissedMessageJson(message);
         line.update({{"verdict", NExplain::kLostVerdict}});
         Print(line);
     }
 
     void PrintFault(const NExplain::Fault& fault) override
     {
-        Print({{"type", "error"},
-               {"error", TextJson(fault.mMessage)},
-               {"start", fault.mStart},
-               {"length", fault.mLength},
-               {"hints", fault.mHints},
-               {"needs", fault.mNeeds}});
+        Json line{{"type", "error"}};
+        line.update(FaultJson(fault));
+        Print(line);
     }
 
     void PrintCaution(const NExplain::Caution& caution, std::size_t message) override

@@ -108,7 +108,7 @@ void PrintSuggestions(std::ostream& stream, const Report& report,
     if (!eomChar) {
         stream << "No end of the messages was found, so they are taken for one; -e names it.\n\n";
     } else if (*eomChar == 0) {
-        stream << "Messages end with NUL or where a device pauses: eom_char is 0.\n\n";
+        stream << "Messages end with a byte 00 or where a device pauses: eom_char is 0.\n\n";
     } else {
         stream << "Messages end with " << NExplain::NameOfByte(*eomChar) << ": eom_char is "
                << unsigned{*eomChar} << ".\n\n";

@@ -97,12 +97,22 @@ void WriteNewFile(const fs::path& path, const std::string& text)
     if (file == nullptr) ThrowErrno(path);
     const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() &&
                          std::fflush(file.get()) == 0 && ReachesDisk(file.get());
-    if (!written) ThrowErrno(path);
+    if (written) return;
+    const std::error_code reason(errno, std::generic_category());
+    file.reset();
+    std::error_code ignored;
+    fs::remove(path, ignored);
+    throw std::system_error(reason, TextOf(path));
 }
 
 void ReplaceFile(const fs::path& path, const std::string& text)
 {
     const fs::path target = fs::weakly_canonical(path);
+    // Moving a file to the place of a device or a pipe would remove that.
+    if (fs::exists(target) && !fs::is_regular_file(target)) {
+        throw std::system_error(std::make_error_code(std::errc::operation_not_permitted),
+                                TextOf(path));
+    }
     const std::string stem = '.' + TextOf(target.filename());
     const fs::path written = UnusedPath(target.parent_path(), stem, "");
     try {

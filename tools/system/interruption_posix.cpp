@@ -47,6 +47,7 @@ void CatchInterruptions()
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) Catch(signal, Remember);
     for (const int signal : {SIGQUIT, SIGPIPE}) Catch(signal, EndAtOnce);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error of the write
 }
 
 int Interruption()

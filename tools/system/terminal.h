@@ -8,6 +8,7 @@ namespace NSystem {
 
 // Lets standard output and standard error pass on bytes unchanged, and a console show them as
 // UTF-8. The end of its life restores the console. Without it, output on Windows is converted.
+// Ensures that no file which is opened later takes the place of a standard stream that is closed.
 // There is at most one object at a time.
 class OutputSetup {
   public:

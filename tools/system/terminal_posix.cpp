@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -7,7 +8,14 @@
 
 namespace NSystem {
 
-OutputSetup::OutputSetup() = default;
+OutputSetup::OutputSetup()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) >= 0) continue;
+        // Takes the number of the closed stream. Reading or writing there stays an error.
+        open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
 
 OutputSetup::~OutputSetup() = default;
 
