@@ -1,6 +1,7 @@
 #include "hint_functions.h"
 
 #include <cstdlib>
+#include <string_view>
 
 #include "Common/Pattern/pattern_bytes.h"
 #include "byte_text.h"
@@ -43,7 +44,10 @@ std::string HintSet(const FaultPlace& place)
                       : "a set has at least one byte, such as {0D}";
     }
     if (end > first + 1 && FaultPlace::IsSymbol(last, '-')) {
-        const std::string member = Escaped(place.AfterWord(end - 2).mText);
+        const std::string& text = place.AfterWord(end - 2).mText;
+        const bool isSign = isText && std::string_view("]\\^-").find(text) != std::string::npos;
+        std::string member = Escaped(text);
+        if (isSign) member.insert(0, 1, '\\');
         return "the range " + member + "- has no end" +
                (isText ? "; a - in a set is written first, as in [-" + member + "], or as \\-"
                        : "; a range is written like 41-5A");
