@@ -1,10 +1,10 @@
 #include "hint_functions.h"
 
 #include <cstdlib>
-#include <string_view>
 
 #include "Common/Pattern/pattern_bytes.h"
 #include "byte_text.h"
+#include "escapes.h"
 
 namespace NExplain {
 
@@ -45,9 +45,7 @@ std::string HintSet(const FaultPlace& place)
     }
     if (end > first + 1 && FaultPlace::IsSymbol(last, '-')) {
         const std::string& text = place.AfterWord(end - 2).mText;
-        const bool isSign = isText && std::string_view("]\\^-").find(text) != std::string::npos;
-        std::string member = Escaped(text);
-        if (isSign) member.insert(0, 1, '\\');
+        const std::string member = Escaped(isText ? InSet(text) : text);
         return "the range " + member + "- has no end" +
                (isText ? "; a - in a set is written first, as in [-" + member + "], or as \\-"
                        : "; a range is written like 41-5A");

@@ -200,9 +200,8 @@ bool HasSeparator(const ByteSet& bytes, std::string_view separators)
 std::string StopsBefore(const StringElement& text)
 {
     const auto first = static_cast<NPattern::Byte>(text.MatchText().front());
-    std::string shown(1, static_cast<char>(first));
     if (!NPattern::IsPrint(first)) return "a set without " + NameOfByte(first) + " stops before it";
-    if (std::string_view("]{}\\^-").find(shown) != std::string_view::npos) shown.insert(0, 1, '\\');
+    std::string shown = InSet({static_cast<char>(first)});
     if (!text.IsCaseSensitive() && NPattern::IsAlpha(first)) {
         shown += static_cast<char>(first ^ NPattern::kCaseBit);
     }

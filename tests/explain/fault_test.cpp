@@ -85,6 +85,7 @@ TEST(Fault, FindsTheFaultAndItsRemedy)
         {"stx", kErrorSyntax, 0, 3, "a byte is written {{02}}"},
         {"[a-]", kErrorSyntax, 0, 1, "as in [-a]"},
         {R"([\\-])", kErrorSyntax, 0, 1, R"(as in [-\\])"},
+        {R"([\{-])", kErrorSyntax, 0, 1, R"(as in [-\{])"},
         {"{41-}", kErrorSyntax, 0, 1, "41- has no end"},
         {"[é-]", kErrorSyntax, 0, 1, R"(as in [-\xA9])"},
         {"[^]", kErrorSyntax, 0, 1, "at least one character"},
