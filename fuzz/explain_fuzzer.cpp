@@ -237,6 +237,22 @@ Survey SurveyOf(std::string_view bytes, std::size_t size, bool hasPauses)
     return survey.Result();
 }
 
+// The first message is not measured.
+void CheckLengths(std::string_view bytes, const Survey& survey)
+{
+    const char last = survey.mEnd.back();
+    std::size_t shortest = bytes.size();
+    std::size_t longest = 0;
+    std::size_t start = bytes.find(last) + 1;
+    for (std::size_t end = 0; (end = bytes.find(last, start)) != bytes.npos; start = end + 1) {
+        const std::size_t length = end + 1 - start;
+        shortest = std::min(shortest, length);
+        longest = std::max(longest, length);
+    }
+    Expect(survey.mShortest + survey.mEnd.size() == shortest, "a survey has the shortest message");
+    Expect(survey.mLongest + survey.mEnd.size() == longest, "a survey has the longest message");
+}
+
 void CheckSurvey(std::string_view bytes, std::size_t size, bool hasPauses)
 {
     const Survey survey = SurveyOf(bytes, size, hasPauses);
@@ -252,6 +268,7 @@ void CheckSurvey(std::string_view bytes, std::size_t size, bool hasPauses)
            "a survey counts the ends of messages");
     Expect(survey.mShortest <= survey.mLongest && survey.mLongest <= bytes.size(),
            "no message is longer than all bytes");
+    if (!survey.mEnd.empty() && survey.mMessages > 1) CheckLengths(bytes, survey);
     CheckAllWords(Findings(survey));
     if (hasPauses) return;
     Expect(Findings(survey) == Findings(SurveyOf(bytes, 1, false)),
