@@ -7,12 +7,17 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Common/Pattern/pattern_element.h"
 #include "fuzzer.h"
 
 // An input of these fuzzers: the first line is a parsing string, the rest is a message.
 struct EngineInput {
+    EngineInput(std::string parseString, std::string message)
+        : mParseString(std::move(parseString)), mMessage(std::move(message))
+    {
+    }
     explicit EngineInput(std::string_view input)
         : mParseString(input.substr(0, input.find('\n'))),
           mMessage(input.substr(std::min(mParseString.size() + 1, input.size())))

@@ -195,3 +195,11 @@ void InputMaker::AddMembers(const std::string& members)
         mMessage += members[Below(static_cast<unsigned>(members.size()))];
     }
 }
+
+EngineInput InputOf(std::string_view bytes)
+{
+    constexpr char kMadeMark = 1;
+    if (bytes.empty() || bytes.front() != kMadeMark) return EngineInput(bytes);
+    const InputMaker made(bytes.substr(1));
+    return {made.ParseString(), made.Message()};
+}

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "engine_input.h"
+
 // Each byte of an input chooses what comes next: a form, a word, a member, a byte of the message.
 class InputMaker {
   public:
@@ -56,3 +58,7 @@ class InputMaker {
     std::string mParseString;
     std::string mMessage;
 };
+
+// Returns what the bytes of an input stand for: the choices of an InputMaker if they start with
+// byte 1, otherwise an input of the fuzzer of the engine. No token starts with byte 1.
+EngineInput InputOf(std::string_view bytes);

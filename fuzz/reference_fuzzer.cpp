@@ -1,5 +1,5 @@
-// Fuzzes the engine against the reference. An input is one of the fuzzer of the engine or, if it
-// starts with byte 1, the choices of an InputMaker.
+// Fuzzes the engine against the reference. An input is one of the fuzzer of the engine or the
+// choices of an InputMaker.
 
 #include <algorithm>
 #include <cstdio>
@@ -8,13 +8,10 @@
 
 #include "Common/Explain/byte_text.h"
 #include "comparison.h"
-#include "engine_input.h"
 #include "fuzzer.h"
 #include "input_maker.h"
 
 namespace {
-
-constexpr char kMadeMark = 1;  // no token starts with this byte
 
 // The messages are all beginnings of one, up to this length, and the whole.
 constexpr std::size_t kLongestBeginning = 16;
@@ -47,13 +44,7 @@ void Run(const std::string& parseString, std::string_view message)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    if (!bytes.empty() && bytes.front() == kMadeMark) {
-        const InputMaker made(bytes.substr(1));
-        Run(made.ParseString(), made.Message());
-    } else {
-        const EngineInput input(bytes);
-        Run(input.mParseString, input.mMessage);
-    }
+    const EngineInput input = InputOf({reinterpret_cast<const char*>(data), size});
+    Run(input.mParseString, input.mMessage);
     return 0;
 }

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Fuzzes the engine, the engine against its reference, the shell and the suggestions for SECONDS each.
-# The default is 15.
+# Fuzzes the engine, the explanations, the engine against its reference, the shell and the suggestions
+# for SECONDS each. The default is 15.
 # Usage: scripts/fuzz.sh [SECONDS]
 # New inputs are kept in build/fuzz/corpus, and the next run starts from them. If a fuzzer finds a
 # fault, it writes the input to build/fuzz. After you fix the fault, move the input to
@@ -15,7 +15,7 @@ cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz -- --quiet
 export ASAN_OPTIONS=quarantine_size_mb=16:malloc_context_size=8
 
-for name in engine reference shell suggest; do
+for name in engine explain reference shell suggest; do
     corpus=build/fuzz/corpus/$name
     regressions=
     if [ -d "fuzz/regressions/$name" ]; then regressions=fuzz/regressions/$name; fi

@@ -22,6 +22,6 @@ under_valgrind() {
 for tests in pattern actor allocation plugin; do
     LOCPATH=$PWD/build/valgrind/tests/locales under_valgrind ${tests}_tests --gtest_brief=1
 done
-for name in engine reference shell suggest; do
+for name in engine explain reference shell suggest; do
     under_valgrind replay_$name fuzz/corpus/$name fuzz/regressions/$name
 done

@@ -4,6 +4,7 @@
 
 #include "Common/Pattern/pattern_bytes.h"
 #include "byte_text.h"
+#include "escapes.h"
 
 namespace NExplain {
 
@@ -43,7 +44,8 @@ std::string HintSet(const FaultPlace& place)
                       : "a set has at least one byte, such as {0D}";
     }
     if (end > first + 1 && FaultPlace::IsSymbol(last, '-')) {
-        const std::string member = Escaped(place.AfterWord(end - 2).mText);
+        const std::string& text = place.AfterWord(end - 2).mText;
+        const std::string member = Escaped(isText ? InSet(text) : text);
         return "the range " + member + "- has no end" +
                (isText ? "; a - in a set is written first, as in [-" + member + "], or as \\-"
                        : "; a range is written like 41-5A");

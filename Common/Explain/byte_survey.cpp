@@ -60,10 +60,20 @@ void ByteSurvey::Add(std::string_view bytes)
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
         ++mBytes;
-        if (byte == '\n' && mLast == '\r') ++mCrLfs;
+        if (byte == '\n') AddLineFeed();
         AddToCharacter(byte);
         mByByte[byte].End(mBytes);
         mLast = byte;
+    }
+}
+
+// The first line may begin between CR and LF.
+void ByteSurvey::AddLineFeed()
+{
+    if (mLast == '\r') {
+        ++mCrLfs;
+    } else if (mByByte['\n'].mCount != 0) {
+        ++mLoneLineFeeds;
     }
 }
 
@@ -134,8 +144,7 @@ bool ByteSurvey::IsText() const
 // True if CR LF ends short pieces, whatever they hold.
 bool ByteSurvey::HasLines() const
 {
-    const Messages& lines = mByByte['\n'];
-    return mCrLfs >= kFewLines && mCrLfs + 1 >= lines.mCount && lines.mLongest <= kLongestLine;
+    return mCrLfs >= kFewLines && mLoneLineFeeds == 0 && mByByte['\n'].mLongest <= kLongestLine;
 }
 
 std::string ByteSurvey::FindEnd() const
@@ -151,8 +160,7 @@ std::string ByteSurvey::FindEnd() const
         end = ';';
     }
     if (!end) return "";
-    // The first line may begin between the two.
-    if (end == '\n' && mCrLfs + 1 >= mByByte['\n'].mCount) return "\r\n";
+    if (end == '\n' && mCrLfs != 0 && mLoneLineFeeds == 0) return "\r\n";
     return std::string(1, static_cast<char>(*end));
 }
 

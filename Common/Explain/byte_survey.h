@@ -44,6 +44,7 @@ class ByteSurvey {
         std::uint64_t mLongest = 0;
     };
 
+    void AddLineFeed();
     void AddToCharacter(unsigned char byte);
     template <typename Predicate>
     std::uint64_t TotalOf(Predicate wanted) const;
@@ -58,9 +59,10 @@ class ByteSurvey {
     std::array<std::uint64_t, 256> mBeforePauses = {};
     std::uint64_t mBytes = 0;
     std::uint64_t mCrLfs = 0;
-    std::uint64_t mUtf8Bytes = 0;  // above 127, of complete characters
-    unsigned mUtf8Length = 0;      // of the character that began last; 0: none
-    unsigned mUtf8Seen = 0;        // of its bytes
+    std::uint64_t mLoneLineFeeds = 0;  // without CR before them, except the first line feed of all
+    std::uint64_t mUtf8Bytes = 0;      // above 127, of complete characters
+    unsigned mUtf8Length = 0;          // of the character that began last; 0: none
+    unsigned mUtf8Seen = 0;            // of its bytes
     unsigned char mLast = 0;
 };
 

@@ -199,9 +199,11 @@ bool HasSeparator(const ByteSet& bytes, std::string_view separators)
 std::string StopsBefore(const StringElement& text)
 {
     const auto first = static_cast<NPattern::Byte>(text.MatchText().front());
-    std::string shown(1, static_cast<char>(first));
     if (!NPattern::IsPrint(first)) return "a set without " + NameOfByte(first) + " stops before it";
-    if (std::string_view("]{}\\^-").find(shown) != std::string_view::npos) shown.insert(0, 1, '\\');
+    std::string shown = InSet({static_cast<char>(first)});
+    if (!text.IsCaseSensitive() && NPattern::IsAlpha(first)) {
+        shown += static_cast<char>(first ^ NPattern::kCaseBit);
+    }
     return "[^" + shown + "] stops before it";
 }
 
@@ -210,14 +212,17 @@ MaybeFinding FindTaken(const Place& place)
     if (place.mPrevious == nullptr || FindSkippedSpace(place) || FindImpossible(place)) {
         return std::nullopt;
     }
-    const auto* const text = ElementAs<StringElement>(place.mPiece);
     if (place.Firsts().any()) return std::nullopt;
+    const auto* const text = ElementAs<StringElement>(place.mPiece);
+    const bool hasStop =
+        text != nullptr &&
+        static_cast<NPattern::Byte>(text->MatchText().front()) != NPattern::kWildcardByte;
     if (!place.mPiece.mSkipsSpace) {
         return Finding{kCautionTaken,
                        place.PreviousName() +
                            " takes everything with which this can begin, so this never matches; " +
-                           (text != nullptr ? "in its place, " + StopsBefore(*text)
-                                            : "what separates the two needs a piece of its own")};
+                           (hasStop ? "in its place, " + StopsBefore(*text)
+                                    : "what separates the two needs a piece of its own")};
     }
     if (text == nullptr || !HasSeparator(FirstBytes(place.mPiece), kSeparators)) {
         return std::nullopt;

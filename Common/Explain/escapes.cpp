@@ -75,4 +75,10 @@ std::string IdleBackslash(const Piece& piece)
     return "";
 }
 
+std::string InSet(const std::string& member)
+{
+    const bool isSign = std::string_view("]{}\\^-").find(member) != std::string_view::npos;
+    return isSign ? '\\' + member : member;
+}
+
 }  // namespace NExplain

@@ -13,4 +13,7 @@ namespace NExplain {
 // first such backslash only.
 std::string IdleBackslash(const Piece& piece);
 
+// Returns a member of a set in brackets, with a backslash if it needs one.
+std::string InSet(const std::string& member);
+
 }  // namespace NExplain

@@ -107,8 +107,14 @@ std::string HintBeforeHeader(const FaultPlace& place)
     const std::string& name = place.Token(1).mText;
     if (place.IsAttached(1))
         return "a name begins with a letter or _, not with a digit: _" + count + name;
-    return "a count comes after the name and the type: " + name + ':' + place.Token(3).mText + '=' +
-           Counted(count, place.Token(5).mText);
+    const std::string header = name + ':' + place.Token(3).mText + '=';
+    const NPattern::LToken& counted = place.Token(5);
+    const bool isWord = place.IsWord(5) || counted.mType == NPattern::kSymbol;
+    if (!isWord || !IsCountable(counted.mText)) {
+        return "only a number or a class has a count, after the name and the type, as in " +
+               header + Counted(count, "digits");
+    }
+    return "a count comes after the name and the type: " + header + Counted(count, counted.mText);
 }
 
 std::string HintNameCharacters(const FaultPlace& place)

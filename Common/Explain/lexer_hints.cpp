@@ -81,6 +81,18 @@ std::string_view TextAt(std::string_view fault)
     return fault.substr(0, isName ? 1 : end);
 }
 
+// Returns ": 'text'" as a parsing string has it, or nothing for what is hard to read.
+std::string ProposedText(std::string_view text)
+{
+    if (!NPattern::IsPrint(static_cast<NPattern::Byte>(text.front())) || IsBinary(text)) return "";
+    std::string escaped;
+    for (const char c : text) {
+        if (c == '\\' || c == '?') escaped += '\\';
+        escaped += c;
+    }
+    return ": " + InQuotes(escaped);
+}
+
 std::string HintCharacter(std::string_view fault, NPattern::LexerMode mode)
 {
     const char first = fault.front();
@@ -105,11 +117,9 @@ std::string HintCharacter(std::string_view fault, NPattern::LexerMode mode)
                              : ", and chars all up to the next white space") +
                ". If it is a text of the message: " + InQuotes({&first, 1});
     }
-    const bool isPrint = NPattern::IsPrint(static_cast<NPattern::Byte>(first));
     return "it has no meaning outside quotes and sets. If it is a text of the message, write it in "
            "quotes" +
-           (isPrint ? ": " + InQuotes(TextAt(fault)) : "") +
-           "; a name has only letters A to Z, digits and _";
+           ProposedText(TextAt(fault)) + "; a name has only letters A to Z, digits and _";
 }
 
 // fault: from the opening bracket on.

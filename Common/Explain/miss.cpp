@@ -131,16 +131,19 @@ std::string HintOtherCase(const Stop& stop)
     return "only uppercase and lowercase differ: a text in \"double quotes\" ignores that";
 }
 
-// A set that takes the white space at the start of text.
+// A set that takes the white space at the start of text. Two of its bytes have no escape.
 std::string SetFor(std::string_view text)
 {
-    const std::string_view space =
-        text.substr(0, text.find_first_not_of(std::string_view(" \t\r\n")));
+    constexpr std::string_view kSpaces = " \t\r\n\v\f";
+    const std::string_view space = text.substr(0, text.find_first_not_of(kSpaces));
+    const bool isInBraces = space.find_first_of("\v\f") != std::string_view::npos;
     std::string members;
-    for (const char c : {' ', '\t', '\r', '\n'}) {
-        if (space.find(c) != std::string_view::npos) members += c;
+    for (const char c : kSpaces) {
+        if (space.find(c) == std::string_view::npos) continue;
+        if (isInBraces && !members.empty()) members += ' ';
+        members += isInBraces ? HexOf({&c, 1}) : Escaped({&c, 1});
     }
-    return '[' + Escaped(members) + ']';
+    return isInBraces ? '{' + members + '}' : '[' + members + ']';
 }
 
 std::string HintFirstSpace(const Stop& stop)

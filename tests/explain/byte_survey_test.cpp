@@ -23,6 +23,7 @@ TEST(ByteSurvey, FindsHowMessagesEnd)
         {"T=23.5\r\nT=9\r\nT=10.25\r\n", "\r\n", 3, 3, 7},
         {".5\r\n|T=9\r\n|T=10\r\n|", "\r\n", 3, 3, 4},
         {"1\n22\n333\n", "\n", 3, 2, 3},
+        {"1\r\n\n22\r\n333\r\n", "\n", 4, 0, 4},  // not each line ends with both
         {"+  1.25 kg\r|+  1.3 kg\r|", "\r", 2, 9, 9},
         {"a\nb\nv2\r12\r13\r14\r15\r16\r", "\r", 6, 2, 2},  // after a greeting
         {"\x02Q,229,002.74\x03\x16\x02Q,230,002.75\x03\x17", "\x03", 2, 14, 14},

@@ -62,6 +62,8 @@ TEST(Caution, SaysWhatIsWrong)
         {"s:s=c ']'", kCautionOnlyAfterSpace, "[^\\]] stops"},
         {"[^,] 'x'", kCautionTaken, "piece 1 takes everything"},
         {"{^2C} '\\n'", kCautionTaken, "a set without line feed stops"},
+        {"{41-7A} \"b\"", kCautionTaken, "[^bB] stops"},
+        {"{01-FF} '?'", kCautionTaken, "a piece of its own"},
         {"# {{30-39}}", kCautionTaken, "never matches"},
         {"x {41}", kCautionTaken, "never matches"},
         {"eol {0D}", kCautionTaken, "never matches"},

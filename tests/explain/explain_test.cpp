@@ -117,6 +117,9 @@ TEST(Explain, SaysWhyAMessageDoesNotMatch)
         {"#", " \t5", "space at 0",
          "white space at the start of a message is not skipped; if every message begins with it, "
          "begin the parsing string with a piece that takes it: [ \\t]|"},
+        {"#", "\v 5", "byte 0B at 0",
+         "white space at the start of a message is not skipped; if every message begins with it, "
+         "begin the parsing string with a piece that takes it: {20 0B}|"},
         {"#", "\n5", "line feed at 0", "the message begins with a line feed|"},
         {"' x'", " y", "\" y\", which differs at byte 1: 'y' instead of 'x' at 0", ""},
         {"# #", "12", "nothing before 2", "piece 1 took \"12\"|"},
