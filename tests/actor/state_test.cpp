@@ -18,7 +18,7 @@ TEST_F(State, ComesBackByteForByte)
 {
     EXPECT_EQ(mInstance.State(), "");
     EXPECT_EQ(LogOf([&] { mInstance.Deliver("abc"); }), Texts());
-    for (const std::string& text : {"n:i=#"s, ""s, "'a\0b'"s, "\xFF\xFE ' \0"s, "no good"s}) {
+    for (const std::string& text : {"n:i=#"s, "#"s, ""s, "'a\0b'"s, "\xFF\xFE ' \0"s, "no good"s}) {
         mInstance.SetState(text);
         const std::string saved = mInstance.State();
         mInstance.SetDefaultState();
