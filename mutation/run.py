@@ -24,8 +24,8 @@ LIST = 'mutation/equivalent_faults.txt'
 # The test programs that can reach a folder, and their arguments if they aren't of GoogleTest.
 ACTOR_PROGRAMS = ['actor_tests', 'allocation_tests', 'plugin_tests', 'replay_shell']
 PROGRAMS = {
-    'Common/Pattern': ['pattern_tests', 'replay_engine', 'replay_reference', *ACTOR_PROGRAMS,
-                       'exhaustive'],
+    'Common/Pattern': ['pattern_tests', 'replay_engine', 'replay_reference', 'explain_tests',
+                       *ACTOR_PROGRAMS, 'exhaustive'],
     'Common/Explain': ['explain_tests', 'replay_reference', 'suggest_tests', 'sift_tests'],
     'Common/Suggest': ['suggest_tests', 'replay_suggest', 'sift_tests'],
     'actor': ACTOR_PROGRAMS,
@@ -43,7 +43,7 @@ Part = collections.namedtuple('Part', 'program filter seconds reached')
 class Tree:
     """A copy of the sources with a build of its own."""
 
-    def __init__(self, name, flags=''):
+    def __init__(self, name, optimization='-O0', flags=''):
         self.root = os.path.join(WORK, name)
         self.build = os.path.join(self.root, 'build')
         self.files = subprocess.check_output(['git', 'ls-files', '-co', '--exclude-standard'],
@@ -56,7 +56,7 @@ class Tree:
         self.configure = [
             'cmake', '-S', self.root, '-B', self.build, '-G', 'Ninja',
             '-DCMAKE_BUILD_TYPE=Debug', '-DCMAKE_CXX_COMPILER=clang++',
-            '-DCMAKE_CXX_FLAGS_DEBUG=-O0', f'-DCMAKE_CXX_FLAGS=-w -Wno-c++11-narrowing {flags}',
+            f'-DCMAKE_CXX_FLAGS_DEBUG={optimization}', f'-DCMAKE_CXX_FLAGS=-w -Wno-c++11-narrowing {flags}',
             '-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld', '-DCMAKE_MODULE_LINKER_FLAGS=-fuse-ld=lld',
             '-DWORD_SIFTER_SANITIZE=address,undefined', '-DWORD_SIFTER_WEB=OFF']
 
@@ -216,7 +216,8 @@ def run_all(faults, jobs, report):
     folders = {folder_of(f) for f in faults}
     programs = list(dict.fromkeys(p for folder in PROGRAMS if folder in folders
                                   for p in PROGRAMS[folder]))
-    guarded = Tree('guarded', f'-include {ROOT}/mutation/guard.h')
+    # Optimized: it is compiled once and run often.
+    guarded = Tree('guarded', '-O1', f'-include {ROOT}/mutation/guard.h')
     sources = {p: read(p) for p in guarded.files if p.startswith(('Common/', 'actor/'))}
     for path, text in sources.items():
         if not os.path.exists(os.path.join(guarded.root, path)):

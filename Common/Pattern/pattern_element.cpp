@@ -68,11 +68,10 @@ bool ExpectToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor, const
                  LTokenType wantedType, const char* wantedText)
 {
     outToken = nullptr;
-    if (ioCursor >= tokens.size()) return false;
-    const LToken& token = tokens[ioCursor];
+    const LToken& token = TokenAt(tokens, ioCursor);
     if (token.mType != wantedType) return false;
     if (wantedText != nullptr) {
-        if (token.mType == kSymbol && token.mEscaped) return false;
+        if (token.mEscaped) return false;
         if (!EqualsIgnoringCase(token.mText, wantedText)) return false;
     }
     outToken = &token;
@@ -148,7 +147,7 @@ const Byte* Element::CaptureBytes(const Byte* data, const Byte* end)
 std::unique_ptr<Element> CreateElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
     const TokenCursor start = ioCursor;
-    if (start >= tokens.size() || tokens[start].mType == kEnd) return nullptr;
+    if (TokenAt(tokens, start).mType == kEnd) return nullptr;
 
     for (const ElementForm& form : kElementForms) {
         if (!form.mCanStart(tokens, start)) continue;

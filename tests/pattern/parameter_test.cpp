@@ -77,7 +77,7 @@ constexpr const char* kFloats[] = {" \t\n\v\f\r+1.5x",
                                    "0x1p-1076",
                                    "0x1p5000",
                                    "0x1.fffffffffffff8p0",
-                                   "0xg",
+                                   "-0xg1",
                                    "-INFINITY",
                                    "nan",
                                    "-nan",
@@ -91,10 +91,19 @@ TEST(Parameter, FloatsAreThoseOfTheCLibrary)
     for (const char* text : {"--1", "+-1"}) {
         EXPECT_EQ(std::bit_cast<std::uint64_t>(FloatOf(text)), 0U) << text;
     }
-    const std::string zeros(400, '0');
+    // The exponent and the number of digits pull in opposite directions.
+    const std::string zeros(1100, '0');
     ExpectSameDouble(std::string(400, '9'));
-    for (const char* tail : {"1e300", "1e400"}) ExpectSameDouble("0." + zeros + tail);
-    ExpectSameDouble("0x." + zeros + "1p450");
+    for (const auto& [head, tail] : {std::pair{"0.", "1e1000"},
+                                     {"0.", "1e1100"},
+                                     {"", "1e350"},
+                                     {"1", "e-750"},
+                                     {"1.", "e-350"},
+                                     {"1.", "e350"},
+                                     {"0x.", "1p3310"},
+                                     {"0x.", "1p5450"}}) {
+        ExpectSameDouble(head + zeros + tail);
+    }
 
     std::mt19937_64 random(1);
     for (int i = 0; i < 20000; ++i) {
