@@ -18,6 +18,7 @@ OPERATORS = {
     '<<=': ('>>=',), '>>=': ('<<=',),
 }
 NEGATIONS = {'<': '>=', '<=': '>', '>': '<=', '>=': '<', '==': '!=', '!=': '=='}
+OPERATIONS = (Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPERATOR, Kind.CALL_EXPR)
 LOOPS = (Kind.WHILE_STMT, Kind.FOR_STMT, Kind.DO_STMT)
 JUMPS = (Kind.BREAK_STMT, Kind.CONTINUE_STMT, Kind.RETURN_STMT)
 INTEGER = re.compile(r'(0[xX][0-9a-fA-F\']+|[0-9\']+)([uUlLzZ]*)')
@@ -68,7 +69,7 @@ class Finder:
         operands = list(cursor.get_arguments()) if cursor.kind == Kind.CALL_EXPR else children
         if cursor.kind == Kind.UNARY_OPERATOR:
             self.visit_unary(cursor)
-        elif cursor.kind.is_expression() and len(operands) == 2 and all(operands):
+        elif cursor.kind in OPERATIONS and len(operands) == 2 and all(operands):
             begin, end = operands[0].extent.end.offset, operands[1].extent.start.offset
             left, right = place(cursor)
             sign = self.text(begin, end).strip()

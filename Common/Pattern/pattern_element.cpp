@@ -107,11 +107,9 @@ void Element::Emit(Program& ioProgram)
 {
     std::vector<Parameter> captures;
     CollectParameters(captures);
-    ElementOperands operands{this, 0};
-    for (const Parameter& capture : captures) {
-        const std::uint32_t position = ioProgram.AddCapture(capture);
-        if (&capture == &captures.front()) operands.mFirstValue = position;
-    }
+    const auto firstValue = static_cast<std::uint32_t>(ioProgram.Captures().size());
+    for (const Parameter& capture : captures) ioProgram.AddCapture(capture);
+    const ElementOperands operands{this, firstValue};
     ioProgram.AddStep({RunElement<false>, RunElement<true>}, operands);
 }
 

@@ -88,7 +88,7 @@ const Byte* EOLElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length == 0) return nullptr;
     const Byte* const rest = SkipLineEnds(data, data + length);
-    if (mParameter.mType != kTypeNone) CaptureLine(data, rest, mParameter);
+    CaptureLine(data, rest, mParameter);
     return rest;
 }
 

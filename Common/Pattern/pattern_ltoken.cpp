@@ -33,7 +33,7 @@ bool AtEnd(const std::string& parseString, std::size_t cursor)
 // The byte under the cursor, 0 at the end of the string.
 Byte ByteAt(const std::string& parseString, std::size_t cursor)
 {
-    return AtEnd(parseString, cursor) ? Byte{0} : static_cast<Byte>(parseString[cursor]);
+    return static_cast<Byte>(parseString[cursor]);
 }
 
 bool IsOneOf(Byte b, std::string_view symbols)

@@ -172,6 +172,7 @@ TEST(Compile, ErrorsSpeakInFull)
               2048U);
     const char* const noFormat = nullptr;
     EXPECT_EQ(PatternException("f", 1, noFormat).mMessage, "Unknown error");
+    EXPECT_EQ(cut.mCode, kErrorUnspecified);
 }
 
 TEST(Compile, TokensCarryWhatTheyAre)
