@@ -20,6 +20,7 @@ import guards
 ROOT = os.getcwd()
 WORK = os.path.join(ROOT, 'build/mutate')
 LIST = 'mutation/equivalent_faults.txt'
+SOURCES = ('Common/', 'actor/')
 
 # The test programs that can reach a folder, and their arguments if they aren't of GoogleTest.
 ACTOR_PROGRAMS = ['actor_tests', 'allocation_tests', 'plugin_tests', 'replay_shell']
@@ -43,25 +44,25 @@ Part = collections.namedtuple('Part', 'program filter seconds reached')
 class Tree:
     """A copy of the sources with a build of its own."""
 
-    def __init__(self, name, optimization='-O0', flags=''):
+    def __init__(self, name, optimization='-O0', guard=''):
         self.root = os.path.join(WORK, name)
         self.build = os.path.join(self.root, 'build')
-        self.files = subprocess.check_output(['git', 'ls-files', '-co', '--exclude-standard'],
-                                             text=True).split('\n')[:-1]
+        listing = ['git', 'ls-files', '-co', '--exclude-standard']
+        self.files = [path for path in subprocess.check_output(listing, text=True).split('\n')
+                      if os.path.isfile(path)]
         for path in self.files:
-            if os.path.isfile(path):
-                os.makedirs(os.path.dirname(os.path.join(self.root, path)), exist_ok=True)
-                if not (flags and path.startswith(('Common/', 'actor/'))):
-                    guards.write_if_changed(os.path.join(self.root, path), read(path))
-        self.configure = [
+            target = os.path.join(self.root, path)
+            os.makedirs(os.path.dirname(target), exist_ok=True)
+            if not (guard and path.startswith(SOURCES) and os.path.exists(target)):
+                guards.write_if_changed(target, read(path))
+        flags = f'-w -Wno-c++11-narrowing {guard}'
+        subprocess.run([
             'cmake', '-S', self.root, '-B', self.build, '-G', 'Ninja',
             '-DCMAKE_BUILD_TYPE=Debug', '-DCMAKE_CXX_COMPILER=clang++',
-            f'-DCMAKE_CXX_FLAGS_DEBUG={optimization}', f'-DCMAKE_CXX_FLAGS=-w -Wno-c++11-narrowing {flags}',
+            f'-DCMAKE_CXX_FLAGS_DEBUG={optimization}', f'-DCMAKE_CXX_FLAGS={flags}',
             '-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld', '-DCMAKE_MODULE_LINKER_FLAGS=-fuse-ld=lld',
-            '-DWORD_SIFTER_SANITIZE=address,undefined', '-DWORD_SIFTER_WEB=OFF']
-
-    def run_cmake(self):
-        subprocess.run(self.configure, stdout=subprocess.DEVNULL, check=True)
+            '-DWORD_SIFTER_SANITIZE=address,undefined', '-DWORD_SIFTER_WEB=OFF'],
+            stdout=subprocess.DEVNULL, check=True)
 
     def compile(self, programs, jobs):
         """Returns what the compiler said if it failed, otherwise None."""
@@ -118,7 +119,7 @@ class Tree:
         index = clang.cindex.Index.create()
         for entry in json.loads(read(os.path.join(self.build, 'compile_commands.json'))):
             path = os.path.relpath(entry['file'], self.root)
-            if path.startswith(('Common/', 'actor/')):
+            if path.startswith(SOURCES):
                 flags = shlex.split(entry['command'])[1:]
                 flags = flags[:flags.index('-o')] + ['-ferror-limit=0']
                 yield index.parse(entry['file'], [f for f in flags if '-fsanitize' not in f])
@@ -137,7 +138,7 @@ class Tree:
                 places = [d.location for d in (diagnostic, *diagnostic.children)]
                 for place in places:
                     path = os.path.relpath(place.file.name, self.root) if place.file else ''
-                    if path.startswith(('Common/', 'actor/')):
+                    if path.startswith(SOURCES):
                         yield path, place.offset
                         break
                 else:
@@ -218,11 +219,7 @@ def run_all(faults, jobs, report):
                                   for p in PROGRAMS[folder]))
     # Optimized: it is compiled once and run often.
     guarded = Tree('guarded', '-O1', f'-include {ROOT}/mutation/guard.h')
-    sources = {p: read(p) for p in guarded.files if p.startswith(('Common/', 'actor/'))}
-    for path, text in sources.items():
-        if not os.path.exists(os.path.join(guarded.root, path)):
-            guards.write_if_changed(os.path.join(guarded.root, path), text)
-    guarded.run_cmake()
+    sources = {p: read(p) for p in guarded.files if p.startswith(SOURCES)}
     planted = guards.plant(guarded.root, sources, faults, guarded.errors)
     problem = guarded.compile(programs, jobs)
     if problem:
@@ -234,7 +231,6 @@ def run_all(faults, jobs, report):
     trees = queue.Queue()
     for i in range(jobs):
         trees.put(Tree(f'plain{i}'))
-        trees.queue[-1].run_cmake()
     os.environ['CCACHE_READONLY'] = '1'
 
     def run(number, fault):
@@ -259,18 +255,18 @@ def main():
     parser = argparse.ArgumentParser(prog='scripts/mutate.sh', description=__doc__)
     parser.add_argument('--sample', type=int, help='plant only this many faults, drawn at random')
     parser.add_argument('--seed', type=int, help='draw the same sample again')
-    parser.add_argument('--path', default='', help='plant only in paths that begin like this')
+    parser.add_argument('--path', action='append', default=[],
+                        help='plant only in paths that begin like this; may be repeated')
     parser.add_argument('--jobs', type=int, default=os.cpu_count())
     options = parser.parse_args()
 
-    tree = Tree('plain0')
-    tree.run_cmake()
-    found = find_faults(tree)
+    found = find_faults(Tree('plain0'))
     entries = read_list()
     known = {key_of(f) for f in found}
     errors = [f'{LIST}: there is no such fault: {" | ".join(e)}' for e in entries if e not in known]
-    chosen = [f for f in found if f.path.startswith(options.path)]
-    print(f'{len(found)} faults, {len(chosen)} of them in {options.path or "all paths"}')
+    chosen = [f for f in found if f.path.startswith(tuple(options.path or SOURCES))]
+    print(f'{len(found)} faults, {len(chosen)} of them in {" ".join(options.path) or "all paths"}',
+          flush=True)
     if options.sample is not None:
         seed = options.seed if options.seed is not None else random.SystemRandom().randrange(10**6)
         chosen = sorted(random.Random(seed).sample(chosen, min(options.sample, len(chosen))))
@@ -278,7 +274,7 @@ def main():
 
     counts = collections.Counter()
     survived = set()
-    with open(os.path.join(WORK, 'results.txt'), 'a', encoding='utf-8') as log:
+    with open(os.path.join(WORK, 'results.txt'), 'w', encoding='utf-8') as log:
         def report(fault, result):
             counts[result] += 1
             if result == 'survived':
