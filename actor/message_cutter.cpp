@@ -9,7 +9,7 @@ std::optional<std::span<const unsigned char>> MessageCutter::Next()
 {
     const auto left = static_cast<std::size_t>(mEnd - mNext);
     const std::size_t most = std::min<std::size_t>(left, kMessageLimit + 1);
-    const void* const eom = most != 0 ? std::memchr(mNext, mEomChar, most) : nullptr;
+    const void* const eom = std::memchr(mNext, mEomChar, most);
     if (eom == nullptr && most <= kMessageLimit) return std::nullopt;
 
     const unsigned char* const end =

@@ -40,18 +40,15 @@ const Byte* Pattern::Match(const Byte* data, std::uint32_t length,
                            CapturedParameters& outParameters)
 {
     if (outParameters.mProgram != mProgram) outParameters.Follow(mProgram);
-    if (mProgram == nullptr || length == 0) return nullptr;
+    if (mProgram == nullptr) return nullptr;
     return mProgram->Run(data, length, outParameters.mEntries.data());
 }
 
 void Pattern::CollectParameters(std::vector<Parameter>& outParameters) const
 {
-    if (mProgram == nullptr) {
-        outParameters.clear();
-    } else {
-        const bool hasMatched = mCaptured.mProgram == mProgram;
-        outParameters = hasMatched ? mCaptured.mEntries : mProgram->Captures();
-    }
+    // Without a program there is no match either, and nothing captured.
+    const bool hasMatched = mCaptured.mProgram == mProgram;
+    outParameters = hasMatched ? mCaptured.mEntries : mProgram->Captures();
 }
 
 void Pattern::Clear()

@@ -182,7 +182,6 @@ const Byte* BitfieldElement::Match(const Byte* data, std::uint32_t length)
 // In a larger block the 32 bits of a field lie in at most five bytes, wherever they start.
 void BitfieldElement::PlaceFields()
 {
-    mPlaces.reserve(mFields.size());
     for (const BitfieldField& field : mFields) {
         BitPlace& place = mPlaces.emplace_back();
         place.mMask = 0xFFFFFFFFU >> (kMostBits - 1 - (field.mEndBit - field.mStartBit));
@@ -206,10 +205,10 @@ void BitfieldElement::CollectParameters(std::vector<Parameter>& ioList) const
 
 void BitfieldElement::Emit(Program& ioProgram)
 {
-    BlockOperands operands{mPlaces.data(), mByteCount, 0,
-                           static_cast<std::uint32_t>(mFields.size())};
-    operands.mFirstValue = ioProgram.AddCapture(mFields[0]);
+    const std::uint32_t firstValue = ioProgram.AddCapture(mFields[0]);
     for (std::size_t i = 1; i < mFields.size(); ++i) ioProgram.AddCapture(mFields[i]);
+    const BlockOperands operands{mPlaces.data(), mByteCount, firstValue,
+                                 static_cast<std::uint32_t>(mFields.size())};
     if (mByteCount > kMostNumberBytes) {
         ioProgram.AddStep(
             mBigEndian ? kBlockSteps<RunLargeBlock<true>> : kBlockSteps<RunLargeBlock<false>>,

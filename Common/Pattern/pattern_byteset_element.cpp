@@ -74,7 +74,7 @@ constexpr SetTable kByteSetTable = {
 // changed the mode of the lexer, the body goes on in words and numbers.
 Byte CharacterSetValue(const LToken& token)
 {
-    const Byte first = token.mText.empty() ? Byte{0} : static_cast<Byte>(token.mText.front());
+    const auto first = static_cast<Byte>(token.mText[0]);  // NUL without a text
     return token.mEscaped ? TranslateEscape(first) : first;
 }
 
@@ -122,7 +122,6 @@ bool BytesetElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cur
     cursor = SkipDeclaration(tokens, cursor);
     if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
     const LToken& token = TokenAt(tokens, cursor);
-    if (token.mType != kIdentifier && token.mType != kSymbol) return false;
     return token.mText == "[" || token.mText == "{" || FindByteClass(token.mText) != kClassNone;
 }
 
@@ -197,7 +196,6 @@ void BytesetElement::ParseByteSet(const std::vector<LToken>& tokens, TokenCursor
 void BytesetElement::ParseSetBody(const std::vector<LToken>& tokens, TokenCursor& ioCursor,
                                   const SetSyntax& syntax)
 {
-    mMembers.fill(0);
     bool negate = false;
     Byte previous = 0;
     SetState state = kStart;

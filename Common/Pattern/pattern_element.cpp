@@ -68,11 +68,10 @@ bool ExpectToken(const std::vector<LToken>& tokens, TokenCursor& ioCursor, const
                  LTokenType wantedType, const char* wantedText)
 {
     outToken = nullptr;
-    if (ioCursor >= tokens.size()) return false;
-    const LToken& token = tokens[ioCursor];
+    const LToken& token = TokenAt(tokens, ioCursor);
     if (token.mType != wantedType) return false;
     if (wantedText != nullptr) {
-        if (token.mType == kSymbol && token.mEscaped) return false;
+        if (token.mEscaped) return false;
         if (!EqualsIgnoringCase(token.mText, wantedText)) return false;
     }
     outToken = &token;
@@ -108,11 +107,9 @@ void Element::Emit(Program& ioProgram)
 {
     std::vector<Parameter> captures;
     CollectParameters(captures);
-    ElementOperands operands{this, 0};
-    for (const Parameter& capture : captures) {
-        const std::uint32_t position = ioProgram.AddCapture(capture);
-        if (&capture == &captures.front()) operands.mFirstValue = position;
-    }
+    const auto firstValue = static_cast<std::uint32_t>(ioProgram.Captures().size());
+    for (const Parameter& capture : captures) ioProgram.AddCapture(capture);
+    const ElementOperands operands{this, firstValue};
     ioProgram.AddStep({RunElement<false>, RunElement<true>}, operands);
 }
 
@@ -148,7 +145,7 @@ const Byte* Element::CaptureBytes(const Byte* data, const Byte* end)
 std::unique_ptr<Element> CreateElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
     const TokenCursor start = ioCursor;
-    if (start >= tokens.size() || tokens[start].mType == kEnd) return nullptr;
+    if (TokenAt(tokens, start).mType == kEnd) return nullptr;
 
     for (const ElementForm& form : kElementForms) {
         if (!form.mCanStart(tokens, start)) continue;

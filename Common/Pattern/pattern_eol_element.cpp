@@ -16,8 +16,7 @@ constexpr bool IsLineEnd(Byte b)
 
 const Byte* FindByte(const Byte* data, const Byte* end, Byte wanted)
 {
-    const void* const found =
-        data != end ? std::memchr(data, wanted, static_cast<std::size_t>(end - data)) : nullptr;
+    const void* const found = std::memchr(data, wanted, static_cast<std::size_t>(end - data));
     return found != nullptr ? static_cast<const Byte*>(found) : end;
 }
 
@@ -66,7 +65,7 @@ const Byte* RunLine(const Step* step, const Byte* current, const Byte* end, Para
 bool EOLElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)
 {
     const LToken& word = TokenAt(tokens, SkipDeclaration(tokens, cursor));
-    return word.mType == kIdentifier && EqualsIgnoringCase(word.mText, kEolWord);
+    return EqualsIgnoringCase(word.mText, kEolWord);
 }
 
 EOLElement::EOLElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
@@ -89,7 +88,7 @@ const Byte* EOLElement::Match(const Byte* data, std::uint32_t length)
 {
     if (length == 0) return nullptr;
     const Byte* const rest = SkipLineEnds(data, data + length);
-    if (mParameter.mType != kTypeNone) CaptureLine(data, rest, mParameter);
+    CaptureLine(data, rest, mParameter);
     return rest;
 }
 

@@ -33,7 +33,7 @@ bool AtEnd(const std::string& parseString, std::size_t cursor)
 // The byte under the cursor, 0 at the end of the string.
 Byte ByteAt(const std::string& parseString, std::size_t cursor)
 {
-    return AtEnd(parseString, cursor) ? Byte{0} : static_cast<Byte>(parseString[cursor]);
+    return static_cast<Byte>(parseString[cursor]);
 }
 
 bool IsOneOf(Byte b, std::string_view symbols)
@@ -41,10 +41,11 @@ bool IsOneOf(Byte b, std::string_view symbols)
     return symbols.find(static_cast<char>(b)) != std::string_view::npos;
 }
 
+// predicate: false for NUL, and so at the end of the string.
 template <typename Predicate>
 void SkipWhile(const std::string& parseString, std::size_t& ioCursor, Predicate predicate)
 {
-    while (!AtEnd(parseString, ioCursor) && predicate(ByteAt(parseString, ioCursor))) ++ioCursor;
+    while (predicate(ByteAt(parseString, ioCursor))) ++ioCursor;
 }
 
 // Moves the cursor past the longest run that fits, and returns the text from start on.

@@ -36,7 +36,7 @@ void CopyEnds(char* target, const char* source, std::size_t size)
     std::memcpy(target + last, &lastWord, sizeof(Word));
 }
 
-// Assigns size bytes to outText. Throws std::bad_alloc.
+// Assigns size bytes, at least one, to outText. Throws std::bad_alloc.
 inline void AssignBytes(std::string& outText, const char* bytes, std::size_t size)
 {
     // Common case: the same length as last time. Most texts are short; those are overwritten in
@@ -50,7 +50,7 @@ inline void AssignBytes(std::string& outText, const char* bytes, std::size_t siz
         CopyEnds<std::uint32_t>(target, bytes, size);
     } else if (size >= 2) {
         CopyEnds<std::uint16_t>(target, bytes, size);
-    } else if (size == 1) {
+    } else {
         *target = *bytes;
     }
 }

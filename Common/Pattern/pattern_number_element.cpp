@@ -200,9 +200,7 @@ bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor curs
 {
     cursor = SkipDeclaration(tokens, cursor);
     if (TokenAt(tokens, cursor).mType == kNumber) ++cursor;
-    const LToken& word = TokenAt(tokens, cursor);
-    return (word.mType == kIdentifier || word.mType == kSymbol) &&
-           FindNumberKind(word.mText) != kNumberNone;
+    return FindNumberKind(TokenAt(tokens, cursor).mText) != kNumberNone;
 }
 
 NumberElement::NumberElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)

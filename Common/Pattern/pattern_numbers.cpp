@@ -85,10 +85,9 @@ bool IsTooLarge(std::string_view text, unsigned radix)
 // Nothing if no number is there.
 std::optional<double> MagnitudeOf(std::string_view text, unsigned radix)
 {
-    if (radix == 16) {
-        // An exponent has one sign. No number goes on after two, but std::from_chars accepts them.
-        text = text.substr(0, text.find("+-"));
-    }
+    // An exponent has one sign. No number goes on after two, but std::from_chars accepts them in a
+    // hexadecimal one.
+    text = text.substr(0, text.find("+-"));
     double value = 0.0;
     const auto [rest, error] =
         std::from_chars(text.data(), text.data() + text.size(), value,

@@ -76,6 +76,7 @@ const std::map<Operation, std::string> kReportOfFailure = {
 
 void ExpectToWork(Instance& instance, bool restore)
 {
+    instance.Deliver("");
     instance.Deliver(kText);  // publishes nothing on outputs that are still another string's
     if (restore) instance.SetState(kState);
     instance.Deliver(kText);

@@ -136,6 +136,8 @@ TEST_F(Delivery, TakesTheEndOfMessageCharacterForTheNextText)
     }
     // What is left of a text after a cut at the limit is a message of its own.
     mInstance.SetEomChar(0);
+    mInstance.Deliver(std::string(70000, 'x'));  // too long for its memory to be kept
+    mInstance.Deliver("");
     mInstance.Deliver(std::string(2049, 'x') + "rest");
     EXPECT_EQ(Outputs(), Texts{"ot01 m rest"});
 }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -192,8 +193,8 @@ TEST_F(Overtaking, EndsTheWorkOutside)
     const auto set = [](const char* state) -> Act {
         return [state](Instance& i) { i.SetState(state); };
     };
-    const Act setSame = set("a:i=# b:i=# c:i=#");
-    const Act setMore = set("a:i=# b:i=# c:i=# d:i=# e:i=#");
+    const Act setSame = set("a:i=# b:s=[0-9] c:i=#");
+    const Act setMore = set("a:i=# b:i=# c:i=# d:i=# e:s=[0-9]");
     const Act deliver = [](Instance& i) { i.Deliver("1 2 3"); };
     const Act doubleClick = [](Instance& i) { i.DoubleClick(); };
     const Act dispose = [](Instance& i) { i.Dispose(); };
@@ -204,6 +205,11 @@ TEST_F(Overtaking, EndsTheWorkOutside)
     const Act endAndThrow = [](Instance& i) {
         i.Dispose();
         throw 1;
+    };
+    std::optional<Operation> fatal;  // whose next call ends the instance
+    const Act setAndEndLater = [&fatal](Instance& i) {
+        i.SetState("'x'");
+        fatal = NStandIn::kReleaseBlock;
     };
     const Act loseRecord = [](Instance& i) { i.Info().mActorDataPtr = nullptr; };
     struct Row {
@@ -219,9 +225,12 @@ TEST_F(Overtaking, EndsTheWorkOutside)
         // The value that is being set is the last.
         {deliver, NStandIn::kSetOutputValue, setSame, "SetOutputValue", 1, {}},
         {deliver, NStandIn::kSetOutputValue, beginAnew, "SetOutputValue", 1, {}},
+        {deliver, NStandIn::kSetOutputValue, dispose, "MakeStringValue", 0, {}},
         {set(""), NStandIn::kRemoveProperty, setSame, "RemoveProperty", 1, {}},
         {setMore, NStandIn::kAddProperty, beginAnew, "AddProperty", 2, {}},
+        {setMore, NStandIn::kAddProperty, dispose, "MakeStringValue", 0, {}},
         {setMore, NStandIn::kAddProperty, endAndThrow, "AddProperty", 1, {"false"}},
+        {setMore, NStandIn::kAllocateBlock, setAndEndLater, "ChangeProperty", 0, {}},
         // The text no longer has the size of the handle.
         {doubleClick, NStandIn::kNewTextHandle, setMore, "RunTextDialog", 0, {"false"}},
         {doubleClick, NStandIn::kNewTextHandle, dispose, "RunTextDialog", 0, {}},
@@ -239,7 +248,10 @@ TEST_F(Overtaking, EndsTheWorkOutside)
             setSame(instance);
             bool inside = false;
             mHost.mHook = [&](Operation operation) {
-                if (operation == row.mInterrupted && !std::exchange(inside, true)) {
+                if (operation == fatal) {
+                    fatal.reset();
+                    instance.Dispose();
+                } else if (operation == row.mInterrupted && !std::exchange(inside, true)) {
                     row.mInner(instance);
                 }
                 return false;

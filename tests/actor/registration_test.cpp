@@ -92,6 +92,7 @@ TEST_F(Registration, HelpFoldsDynamicOutputsAndIsCutToItsBuffer)
     EXPECT_EQ(mInstance.Help(kOutput, 2, 5), "The \0"s);
     EXPECT_EQ(mInstance.Help(kOutput, 2, 1), "\0"s);
     EXPECT_EQ(LogOf([&] { mInstance.Help(kOutput, 3, 0); }), Texts{"PropertyHelpIndex 2 2"});
+    EXPECT_EQ(mInstance.Help(kInput, 5, 2), "\0\0"s);  // after the last text
     Fail(NStandIn::kPropertyHelpIndex, true);
     EXPECT_EQ(mInstance.Help(kInput, 1, 2), "\0\0"s);
     EXPECT_EQ(Reports(), Texts{"false"});

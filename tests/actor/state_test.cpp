@@ -17,8 +17,8 @@ class Icon : public ActorTest {};
 TEST_F(State, ComesBackByteForByte)
 {
     EXPECT_EQ(mInstance.State(), "");
-    EXPECT_EQ(LogOf([&] { mInstance.Deliver("abc"); }), Texts());
-    for (const std::string& text : {"n:i=#"s, ""s, "'a\0b'"s, "\xFF\xFE ' \0"s, "no good"s}) {
+    EXPECT_EQ(LogOf([&] { mInstance.Deliver(""); }), Texts());
+    for (const std::string& text : {"n:i=#"s, "#"s, ""s, "'a\0b'"s, "\xFF\xFE ' \0"s, "no good"s}) {
         mInstance.SetState(text);
         const std::string saved = mInstance.State();
         mInstance.SetDefaultState();
@@ -72,6 +72,9 @@ TEST_F(DialogTest, NeedsATextHandle)
     EXPECT_EQ(LogOf([&] { EXPECT_FALSE(mInstance.DoubleClick()); }),
               (Texts{"NewTextHandle 0", "ReportAssertion temp != nil"}));
     EXPECT_EQ(Reports(), Texts{"temp != nil"});
+    Fail(NStandIn::kRunTextDialog, true);
+    EXPECT_FALSE(mInstance.DoubleClick());
+    EXPECT_EQ(Reports(), Texts{"false"});
 }
 
 TEST_F(DialogTest, AcceptsEmptyAndBadTexts)

@@ -61,6 +61,7 @@ TEST(Caution, SaysWhatIsWrong)
         {"s:s=chars ';'", kCautionOnlyAfterSpace, "; in its place, [^;] stops"},
         {"s:s=c ']'", kCautionOnlyAfterSpace, "[^\\]] stops"},
         {"[^,] 'x'", kCautionTaken, "piece 1 takes everything"},
+        {"[^,] ' x'", kCautionTaken, "[^ ] stops"},
         {"{^2C} '\\n'", kCautionTaken, "a set without line feed stops"},
         {"{41-7A} \"b\"", kCautionTaken, "[^bB] stops"},
         {"{01-FF} '?'", kCautionTaken, "a piece of its own"},

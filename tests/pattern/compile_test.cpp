@@ -58,7 +58,7 @@ TEST(Compile, DumpsWhatItCompiled)
         {"[[a] ]", "T BYTESET    length=1 { 61 }\n"},
         {"[a}bc]", "T BYTESET    length=0 { 61-62 7D }\n"},
         {"[a{41}z]", "T BYTESET    length=0 { 34 61 7A-7B 7D }\n"},
-        {"n:string={41,0d 5A-50}", "B BYTESET    length=0 n:STRING{ 0D 41 50-5A }\n"},
+        {"n:string={5B,0d 5A-50}", "B BYTESET    length=0 n:STRING{ 0D 50-5B }\n"},
         {"{41 { 42}", "B BYTESET    length=0 { 00 41-42 }\n"},
         {"{ {41} }", "B BYTESET    length=1 { 41 }\n"},
         // Bit fields.
@@ -172,11 +172,12 @@ TEST(Compile, ErrorsSpeakInFull)
               2048U);
     const char* const noFormat = nullptr;
     EXPECT_EQ(PatternException("f", 1, noFormat).mMessage, "Unknown error");
+    EXPECT_EQ(cut.mCode, kErrorUnspecified);
 }
 
 TEST(Compile, TokensCarryWhatTheyAre)
 {
-    std::vector<LToken> tokens;
+    std::vector<LToken> tokens(1);
     Tokenize(tokens, " 10digits [\\n] {0A}");
     std::ostringstream shown;
     for (const LToken& token : tokens) {

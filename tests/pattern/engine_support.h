@@ -74,7 +74,6 @@ inline const NPattern::Byte* MatchByElements(const NPattern::ElementList& elemen
     const NPattern::Byte* current = message.Data();
     const NPattern::Byte* const end = current + message.Length();
     for (const auto& element : elements) {
-        if (current == end) return nullptr;
         current = element->Match(current, static_cast<std::uint32_t>(end - current));
         if (current == nullptr) return nullptr;
     }

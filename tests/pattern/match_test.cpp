@@ -54,7 +54,7 @@ TEST(Match, GoesForwardOnly)
 TEST(Match, Strings)
 {
     ExpectMatches({
-        {"n:s=\"aBc\"", "AbCdef", "n=\"AbC\" | def"},
+        {"n:s=\"aZc\"", "AzCdef", "n=\"AzC\" | def"},
         {"\"aBc\"", "AbCdef", " | def"},
         {"'abc'", "ABC", "no match"},
         {"'b'", "c", "no match"},
@@ -65,6 +65,9 @@ TEST(Match, Strings)
         {"n:s='a\\?c'", "a?c", "n=\"a?c\" | "},
         {"\"a?c\"", "ac", "no match"},
         {"'a?'", "a\0"s, "no match"},
+        {"? 'x?'", "a x!", "no match"},
+        {"? n:s='x'", "a x", "no match"},
+        {"'abcd\xE9'", "`bcd\xE9", "no match"},
         {"'abcdefghijklmnop'", "abcdefghijklmnoX", "no match"},
         {"# 'abcdefghijklmnop'", "1 abcdefgh ijklmnop", "no match"},
         {"'abcdefghabcdefgh'", "abcdefgh", "no match"},

@@ -1,0 +1,46 @@
+// Included first in each source of the guarded tree. A guard there is
+//   (NMutation::IsPlanted(17) ? (the fault) : (the code))
+// so one build holds every fault, and the environment chooses the one that takes effect.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace NMutation {
+
+struct Faults {
+    static constexpr int kMost = 16384;
+
+    // WORD_SIFTER_FAULT: the fault that takes effect. WORD_SIFTER_REACHED: a file to which a process
+    // appends the faults that it reached.
+    Faults()
+    {
+        if (const char* const fault = std::getenv("WORD_SIFTER_FAULT")) mPlanted = std::atoi(fault);
+        mReachedPath = std::getenv("WORD_SIFTER_REACHED");
+    }
+    ~Faults()
+    {
+        std::FILE* const file = mReachedPath != nullptr ? std::fopen(mReachedPath, "a") : nullptr;
+        if (file == nullptr) return;
+        for (int i = 0; i < kMost; ++i) {
+            if (mReached[i]) std::fprintf(file, "%d\n", i);
+        }
+        std::fclose(file);
+    }
+
+    int mPlanted = -1;
+    const char* mReachedPath = nullptr;
+    bool mReached[kMost] = {};
+};
+inline Faults gFaults;
+
+// A constant that the compiler calculates has no fault, and doesn't count as reached.
+[[gnu::always_inline, clang::no_sanitize("address", "undefined")]]
+constexpr bool IsPlanted(int fault)
+{
+    if (__builtin_is_constant_evaluated()) return false;
+    gFaults.mReached[fault] = true;
+    return gFaults.mPlanted == fault;
+}
+
+}  // namespace NMutation
