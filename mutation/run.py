@@ -286,7 +286,8 @@ def main():
         run_all(chosen, options.jobs, report)
     for key in entries & {key_of(f) for f in chosen} - survived:
         errors.append(f'{LIST}: this fault is noticed: {" | ".join(key)}')
-    print(*errors, sep='\n')
+    for error in errors:
+        print(error)
     print(f'{sum(counts.values())} faults: {counts["failed"]} noticed by a test, '
           f'{counts["time limit"]} by the time limit, {counts["not compiled"]} not compiled, '
           f'{counts["survived"]} survived')
