@@ -11,8 +11,8 @@ namespace NMutation {
 struct Faults {
     static constexpr int kMost = 16384;
 
-    // WORD_SIFTER_FAULT: the fault that takes effect. WORD_SIFTER_REACHED: a file to which a process
-    // appends the faults that it reached.
+    // WORD_SIFTER_FAULT: the fault that takes effect. WORD_SIFTER_REACHED: a file to which each
+    // process appends the faults that it reached.
     Faults()
     {
         if (const char* const fault = std::getenv("WORD_SIFTER_FAULT")) mPlanted = std::atoi(fault);
@@ -35,8 +35,8 @@ struct Faults {
 inline Faults gFaults;
 
 // A constant that the compiler calculates has no fault, and doesn't count as reached.
-[[gnu::always_inline, clang::no_sanitize("address", "undefined")]]
-constexpr bool IsPlanted(int fault)
+[[gnu::always_inline, clang::no_sanitize("address", "undefined")]] constexpr bool IsPlanted(
+    int fault)
 {
     if (__builtin_is_constant_evaluated()) return false;
     gFaults.mReached[fault] = true;

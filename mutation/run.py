@@ -193,14 +193,15 @@ def run_alone(tree, fault, parts):
 
 
 def read_list():
-    """Returns the reason for each fault of the list."""
-    entries = {}
-    for entry in read(LIST).decode().split('\n\n'):
-        rows = [row.strip() for row in entry.split('\n') if row and row[0] != '#']
-        if rows:
-            if len(rows) < 4:
-                raise SystemExit(f'{LIST}: an entry lacks a line: {rows}')
-            entries[tuple(rows[:3])] = ' '.join(rows[3:])
+    """Returns the keys of the listed faults."""
+    entries = set()
+    for row in read(LIST).decode().split('\n'):
+        if row.startswith(' ' * 8):
+            entries.add((path, line, row.strip()))
+        elif row.startswith(' ' * 4):
+            line = row.strip()
+        elif row and row[0] != '#':
+            path, _ = row.split(': ', 1)  # and the reason
     return entries
 
 
@@ -283,9 +284,10 @@ def main():
                     errors.append('survived: ' + ' | '.join(key_of(fault)))
             print(result, *key_of(fault), sep=' | ', file=log, flush=True)
         run_all(chosen, options.jobs, report)
-    for key in entries.keys() & {key_of(f) for f in chosen} - survived:
+    for key in entries & {key_of(f) for f in chosen} - survived:
         errors.append(f'{LIST}: this fault is noticed: {" | ".join(key)}')
-    print(*errors, sep='\n')
+    for error in errors:
+        print(error)
     print(f'{sum(counts.values())} faults: {counts["failed"]} noticed by a test, '
           f'{counts["time limit"]} by the time limit, {counts["not compiled"]} not compiled, '
           f'{counts["survived"]} survived')

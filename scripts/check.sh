@@ -5,7 +5,7 @@
 need_build_packages
 need_packages clang clang-format clang-tidy cppcheck shellcheck libgtest-dev locales
 
-folders="Common actor standin tools web tests fuzz"
+folders="Common actor standin tools web tests fuzz mutation"
 if [ -d bench ]; then folders="$folders bench"; fi
 # shellcheck disable=SC2086  # one word for each folder
 sources=$(find $folders -name '*.cpp' -o -name '*.h' | sort)

@@ -36,7 +36,7 @@ Validation ValidateText(HostTextHandle* text, NActor::ValidateTextFunction valid
                         HostContext* context, std::int32_t errorSize)
 {
     const auto size = static_cast<std::size_t>(std::max(errorSize, 0));
-    const auto buffer = std::make_unique<char[]>(size);
+    const std::unique_ptr<char[]> buffer(size != 0 ? new char[size] : nullptr);
     std::fill_n(buffer.get(), size, static_cast<char>(kGarbage));
     Validation result{false, {}, Validation::kUnset, Validation::kUnset};
     {
@@ -130,7 +130,7 @@ unsigned char* LockTextHandle(HostTextHandle* text)
     TextHandle* const handle = Find(text, "LockTextHandle");
     if (handle == nullptr) return nullptr;
     ++handle->mLocks;
-    if (scope.Fails()) return nullptr;
+    if (scope.Fails() || handle->mBytes.empty()) return nullptr;  // no byte to point to
     if (handle->mLocked == nullptr) {
         handle->mLocked = std::make_unique<unsigned char[]>(handle->mBytes.size());
         std::copy(handle->mBytes.begin(), handle->mBytes.end(), handle->mLocked.get());

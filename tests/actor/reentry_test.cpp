@@ -196,7 +196,7 @@ TEST_F(Overtaking, EndsTheWorkOutside)
     const Act setSame = set("a:i=# b:s=[0-9] c:i=#");
     const Act setMore = set("a:i=# b:i=# c:i=# d:i=# e:s=[0-9]");
     const Act deliver = [](Instance& i) { i.Deliver("1 2 3"); };
-    const Act doubleClick = [](Instance& i) { i.DoubleClick(); };
+    const Act doubleClick = [](Instance& i) { EXPECT_FALSE(i.DoubleClick()); };
     const Act dispose = [](Instance& i) { i.Dispose(); };
     const Act beginAnew = [](Instance& i) {
         i.Recreate();
@@ -234,12 +234,15 @@ TEST_F(Overtaking, EndsTheWorkOutside)
         // The text no longer has the size of the handle.
         {doubleClick, NStandIn::kNewTextHandle, setMore, "RunTextDialog", 0, {"false"}},
         {doubleClick, NStandIn::kNewTextHandle, dispose, "RunTextDialog", 0, {}},
+        {doubleClick, NStandIn::kUnlockTextHandle, dispose, "RunTextDialog", 0, {}},
+        {doubleClick, NStandIn::kRunTextDialog, dispose, "TextHandleSize", 0, {}},
         // Each string and each record is released once.
         {dispose, NStandIn::kReleaseBlock, setSame, "ReleaseBlock", 3, {}},
         {dispose, NStandIn::kReleaseBlock, dispose, "ReleaseBlock", 2, gone},
         {dispose, NStandIn::kReleaseBlock, beginAnew, "ReleaseBlock", 2, gone},
         {dispose, NStandIn::kReleaseBlock, loseRecord, "ReleaseBlock", 2, gone},
     };
+    Accept("b:i=#");
     for (const bool reuses : {false, true}) {
         mHost.mReusesBlocks = reuses;
         for (const Row& row : rows) {

@@ -79,6 +79,14 @@ TEST_F(DialogTest, NeedsATextHandle)
 
 TEST_F(DialogTest, AcceptsEmptyAndBadTexts)
 {
+    for (const char* const former : {"", "#"}) {
+        mHost.mDialogScript = [former](NStandIn::Dialog& dialog) {
+            EXPECT_EQ(dialog.Text(), former);
+            dialog.SetText("#");
+            return true;
+        };
+        EXPECT_TRUE(mInstance.DoubleClick());
+    }
     mInstance.SetState("a:i=#");
     Accept("a:i= #!");
     EXPECT_TRUE(mInstance.DoubleClick());
@@ -113,7 +121,7 @@ TEST_F(DialogTest, ValidatesWithoutTouchingTheInstance)
         {"\0"s, 100, {false, "Unexpected character '", -1, 0}},  // up to the NUL
         {"!", 0, {false, "", -1, 0}},
         {"!", -5, {false, "", -1, 0}},
-        {"n:i=#", 100, {false, "The text can't be checked now", kUnset, kUnset}, false},
+        {"#", 100, {false, "The text can't be checked now", kUnset, kUnset}, false},
     };
     const auto fields = [](const NStandIn::Validation& result) {
         return std::tie(result.mGood, result.mMessage, result.mStart, result.mEnd);
