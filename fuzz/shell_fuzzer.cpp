@@ -89,7 +89,7 @@ class Session {
 // Returns the number that the first byte of a text stands for.
 unsigned NumberIn(std::string_view text)
 {
-    return text.empty() ? 0 : (static_cast<unsigned char>(text.front()) - unsigned{'0'}) & 0xFF;
+    return text.empty() ? 0 : static_cast<unsigned char>(text.front() - '0');
 }
 
 // Returns an index of an operation, or kOperationCount for any operation.

@@ -2,10 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cerrno>
+#include <array>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <locale>
 #include <sstream>
@@ -15,6 +14,7 @@
 #include "Common/Pattern/pattern_bytes.h"
 #include "Common/Suggest/suggester.h"
 #include "tools/manual.h"
+#include "tools/system/input_file.h"
 #include "tools/system/path_text.h"
 #include "tools/system/plugin_path.h"
 
@@ -71,18 +71,20 @@ bool IsFrame(std::string_view text)
 // mayBeMissing: a file that doesn't exist reads as an empty one.
 std::string ReadWholeFile(const std::string& name, bool mayBeMissing)
 {
-    const std::filesystem::path path = NSystem::PathOf(name);
-    if (mayBeMissing && !std::filesystem::exists(path)) return "";
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    // A folder opens but can't be read. Copying from an empty file would fail too.
-    if (file.is_open() && file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
-    if (!file.is_open() || file.bad() || text.fail() || std::filesystem::is_directory(path)) {
-        const std::error_code reason(errno, std::generic_category());
-        throw CLI::ValidationError("-f", name + ": " + reason.message());
+    if (mayBeMissing && !std::filesystem::exists(NSystem::PathOf(name))) return "";
+    std::string text;
+    std::error_code error;
+    try {
+        // Here a hyphen is the name of a file.
+        NSystem::InputFile file(name == "-" ? "./-" : name, {});
+        std::array<char, 4096> block{};
+        while (const std::size_t size = file.Read(block, std::nullopt, error))
+            text.append(block.data(), size);
+    } catch (const std::system_error& notOpened) {
+        error = notOpened.code();
     }
-    return text.str();
+    if (error) throw CLI::ValidationError("-f", name + ": " + error.message());
+    return text;
 }
 
 // Options that exclude each other: each of mOne excludes each of mOther.
