@@ -27,12 +27,13 @@ ACTOR_PROGRAMS = ['actor_tests', 'allocation_tests', 'plugin_tests', 'replay_she
 PROGRAMS = {
     'Common/Pattern': ['pattern_tests', 'replay_engine', 'replay_reference', 'explain_tests',
                        *ACTOR_PROGRAMS, 'exhaustive'],
-    'Common/Explain': ['explain_tests', 'replay_reference', 'suggest_tests', 'sift_tests'],
+    'Common/Explain': ['explain_tests', 'replay_explain', 'replay_reference', 'suggest_tests',
+                       'sift_tests'],
     'Common/Suggest': ['suggest_tests', 'replay_suggest', 'sift_tests'],
     'actor': ACTOR_PROGRAMS,
 }
 ARGUMENTS = {'exhaustive': ['3', '2']}
-for name in ('engine', 'reference', 'shell', 'suggest'):
+for name in ('engine', 'explain', 'reference', 'shell', 'suggest'):
     ARGUMENTS[f'replay_{name}'] = [f'corpus/{name}', f'regressions/{name}']
 
 QUICK = 0.5  # seconds; quicker tests of a program run in one process
