@@ -6,7 +6,9 @@ import re
 from clang.cindex import CursorKind as Kind, TypeKind
 
 # begin, end: offsets of the code that is replaced by text. form: how a guard chooses between them:
-# 'value', 'condition' or 'statement'. change: what the lists of faults show.
+# 'value', 'condition' or 'statement', or 'alone' if none can. The form 'constant' is no fault: it
+# makes a constexpr variable const, so that guards in its initializer can choose. change: what the
+# lists of faults show.
 Fault = collections.namedtuple('Fault', 'path begin end text form line change')
 
 OPERATORS = {
@@ -62,13 +64,32 @@ class Finder:
         self.visit_literal(cursor, parent)
         self.visit_statements(cursor, children)
         self.visit_table(cursor, children)
+        self.visit_constant(cursor)
         for child in children:
-            self.visit(child, cursor)
+            if needs_constant(cursor, child, self.source):
+                self.visit_needed_constant(cursor, child)
+            else:
+                self.visit(child, cursor)
+
+    def visit_needed_constant(self, cursor, child):
+        """A guard can be around an expression with a template argument, but not around that."""
+        inner = Finder(self.path, self.source)
+        inner.visit(child, cursor)
+        for fault in inner.faults.values():
+            if cursor.kind == Kind.DECL_REF_EXPR:
+                begin, end = place(cursor)
+                text = self.text(begin, fault.begin) + fault.text + self.text(fault.end, end)
+                fault = fault._replace(begin=begin, end=end, text=text)
+            else:
+                fault = fault._replace(form='alone')
+            self.faults.setdefault((fault.begin, fault.end, fault.text), fault)
 
     def visit_operator(self, cursor, children):
         operands = list(cursor.get_arguments()) if cursor.kind == Kind.CALL_EXPR else children
         if cursor.kind == Kind.UNARY_OPERATOR:
             self.visit_unary(cursor)
+        elif cursor.type.get_canonical().spelling.startswith('std::basic_string<'):
+            pass  # it has no other operator
         elif cursor.kind in OPERATIONS and len(operands) == 2 and all(operands):
             begin, end = operands[0].extent.end.offset, operands[1].extent.start.offset
             left, right = place(cursor)
@@ -171,6 +192,21 @@ class Finder:
         for cell, other in zip(children, children[1:] + children[-2:-1]):
             if cell.kind in (Kind.INIT_LIST_EXPR, Kind.UNEXPOSED_EXPR, Kind.DECL_REF_EXPR):
                 self.replace(cell, self.code(other))
+
+    def visit_constant(self, cursor):
+        begin, name = cursor.extent.start.offset, cursor.location.offset
+        keyword = self.source.find(b'constexpr', begin, name)
+        if cursor.kind == Kind.VAR_DECL and keyword >= 0:
+            self.add(keyword, name + len(cursor.spelling), 'const', 'constant')
+
+
+def needs_constant(cursor, child, source):
+    if not child.kind.is_expression():
+        return False
+    begin = child.extent.start.offset
+    return (cursor.kind in (Kind.DECL_REF_EXPR, Kind.CASE_STMT, Kind.ENUM_CONSTANT_DECL) or
+            cursor.kind.is_declaration() and
+            (begin < cursor.location.offset or source[:begin].rstrip().endswith(b'[')))
 
 
 def place(cursor):

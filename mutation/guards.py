@@ -29,26 +29,30 @@ class GuardedSource:
             span_begin = len(self.text)
             before, after = guard_of(faults)
             self.text += before
-            self.write(group_begin, group_end, inner)
+            skipped = len('constexpr') if faults[0][1].form == 'constant' else 0
+            self.write(group_begin + skipped, group_end, inner)
             self.text += after
             self.spans.append(Span(span_begin, len(self.text), [number for number, _ in faults]))
             begin = group_end
             groups = groups[1 + len(inner):]
         self.text += self.source[begin:end]
 
-    def nearest(self, offset):
-        """Returns the ids of the smallest guard around a place of the text, or of the next one: an
-        error in the initializer of an array is reported at its name."""
+    def around(self, offset):
+        """Returns the ids of the smallest guard around a place of the text."""
         around = [s for s in self.spans if s.begin <= offset < s.end]
+        return min(around, key=lambda s: s.end - s.begin).ids if around else []
+
+    def after(self, offset):
+        """Returns the ids of the first guard after a place of the text, or else of the last one."""
         after = [s for s in self.spans if s.begin > offset]
-        if around:
-            return min(around, key=lambda s: s.end - s.begin).ids
-        return min(after).ids if after else []
+        return min(after or self.spans[-1:]).ids if self.spans else []
 
 
 def guard_of(faults):
     """Returns what goes before and after the code that all these faults replace."""
     forms = {fault.form for _, fault in faults}
+    if 'constant' in forms:
+        return b'const', b''
     if 'statement' in forms:
         return f'{{ if (!NMutation::IsPlanted({faults[0][0]})) {{ '.encode(), b' } }'
     choices = ''
@@ -57,6 +61,14 @@ def guard_of(faults):
         text = fault.text if '//' in fault.text else ' '.join(fault.text.split('\n'))
         choices += f'NMutation::IsPlanted({number}) ? ({text}) : '
     return f'({choices}{"bool" if "condition" in forms else ""}('.encode(), b'))'
+
+
+def guards_at_fault(guarded, places):
+    """Returns the ids of the guards that an error is about: at its last place in a guard, such as the
+    declaration of a constant that isn't one, or the next guard, because an error in the initializer
+    of an array is reported at its name."""
+    ids = [guarded[path].around(offset) for path, offset in reversed(places)]
+    return next(filter(None, ids), guarded[places[0][0]].after(places[0][1]))
 
 
 def write_if_changed(path, text):
@@ -70,9 +82,9 @@ def write_if_changed(path, text):
 
 def plant(root, sources, faults, parse):
     """Writes the guarded sources to root, without the faults that don't compile in a guard, and
-    returns the ids of those that are planted. sources: text of each path. parse: yields functions
-    that return the errors of a translation unit as pairs of path and offset."""
-    planted = dict(enumerate(faults))
+    returns the ids of those that are planted. sources: text of each path. parse: yields generators
+    of the errors of a translation unit, each a list of pairs of path and offset."""
+    planted = {i: f for i, f in enumerate(faults) if f.form != 'alone'}
 
     def write(paths):
         for path in paths:
@@ -83,13 +95,14 @@ def plant(root, sources, faults, parse):
     guarded = {}
     write(sources)
     for errors_of_unit in parse():
-        while True:
-            errors = errors_of_unit()
+        for errors in errors_of_unit:
             if not errors:
                 break
-            ids = {i for path, offset in errors for i in guarded[path].nearest(offset)}
+            ids = {i for places in errors for i in guards_at_fault(guarded, places)}
             if not ids:
                 raise SystemExit(f'The guarded sources do not compile: {errors[:5]}')
+            # Without a constant that has to be one, there may be no other error.
+            ids = {i for i in ids if planted[i].form == 'constant'} or ids
             paths = {planted.pop(i).path for i in ids}
             write(paths)
     return set(planted)

@@ -56,7 +56,7 @@ class Tree:
             os.makedirs(os.path.dirname(target), exist_ok=True)
             if not (guard and path.startswith(SOURCES) and os.path.exists(target)):
                 guards.write_if_changed(target, read(path))
-        flags = f'-w -Wno-c++11-narrowing {guard}'
+        flags = f'-w -Wno-c++11-narrowing -Wno-invalid-constexpr -D_GLIBCXX_ASSERTIONS {guard}'
         subprocess.run([
             'cmake', '-S', self.root, '-B', self.build, '-G', 'Ninja',
             '-DCMAKE_BUILD_TYPE=Debug', '-DCMAKE_CXX_COMPILER=clang++',
@@ -115,35 +115,37 @@ class Tree:
             elif row:
                 yield suite + row.split()[0]
 
-    def parse(self):
-        """Yields each translation unit of the engine and the shell, with Clang's flags."""
+    def parse(self, folders):
+        """Yields each translation unit of these folders, with Clang's flags."""
         index = clang.cindex.Index.create()
         for entry in json.loads(read(os.path.join(self.build, 'compile_commands.json'))):
             path = os.path.relpath(entry['file'], self.root)
-            if path.startswith(SOURCES):
+            if path.startswith(folders):
                 flags = shlex.split(entry['command'])[1:]
                 flags = flags[:flags.index('-o')] + ['-ferror-limit=0']
                 yield index.parse(entry['file'], [f for f in flags if '-fsanitize' not in f])
 
     def errors(self):
-        """Yields, for each translation unit, a function that returns the places of its errors."""
-        for unit in self.parse():
-            def errors_now(unit=unit):
-                unit.reparse()
-                return list(self.places_of_errors(unit))
-            yield errors_now
+        """Yields, for each translation unit, a generator of its errors as they are at that time. Any
+        unit may need a constant of a header."""
+        for unit in self.parse(''):
+            yield self.errors_of(unit)
+
+    def errors_of(self, unit):
+        while True:
+            yield list(self.places_of_errors(unit))
+            unit.reparse()
 
     def places_of_errors(self, unit):
         for diagnostic in unit.diagnostics:
             if diagnostic.severity >= diagnostic.Error:
                 places = [d.location for d in (diagnostic, *diagnostic.children)]
-                for place in places:
-                    path = os.path.relpath(place.file.name, self.root) if place.file else ''
-                    if path.startswith(SOURCES):
-                        yield path, place.offset
-                        break
-                else:
+                places = [(os.path.relpath(place.file.name, self.root), place.offset)
+                          for place in places if place.file]
+                places = [place for place in places if place[0].startswith(SOURCES)]
+                if not places:
                     raise SystemExit(diagnostic.format())
+                yield places
 
 
 def write(path, text):
@@ -209,12 +211,12 @@ def read_list():
 def find_faults(tree):
     found = []
     done = set()
-    for unit in tree.parse():
+    for unit in tree.parse(SOURCES):
         found += finder.faults_of(unit, tree.root, done)
     return sorted(found)
 
 
-def run_all(faults, jobs, report):
+def run_all(faults, constants, jobs, report):
     """Reports the result of each fault as soon as it is known."""
     folders = {folder_of(f) for f in faults}
     programs = list(dict.fromkeys(p for folder in PROGRAMS if folder in folders
@@ -222,12 +224,13 @@ def run_all(faults, jobs, report):
     # Optimized: it is compiled once and run often.
     guarded = Tree('guarded', '-O1', f'-include {ROOT}/mutation/guard.h')
     sources = {p: read(p) for p in guarded.files if p.startswith(SOURCES)}
-    planted = guards.plant(guarded.root, sources, faults, guarded.errors)
+    planted = guards.plant(guarded.root, sources, [*faults, *constants], guarded.errors)
     problem = guarded.compile(programs, jobs)
     if problem:
         raise SystemExit(problem)
     parts = list(guarded.parts(programs))
     reached = frozenset().union(*(p.reached for p in parts))
+    planted &= set(range(len(faults)))
     print(f'{len(planted)} faults are guarded and {len(planted & reached)} of them reached; the '
           f'tests take {sum(p.seconds for p in parts):.0f} seconds', flush=True)
     trees = queue.Queue()
@@ -238,7 +241,7 @@ def run_all(faults, jobs, report):
     def run(number, fault):
         own = [p for p in parts if p.program in PROGRAMS[folder_of(fault)]]
         reaching = [p for p in own if number in p.reached]
-        if number in planted and reaching:
+        if number in planted:
             return run_parts(guarded, reaching, WORD_SIFTER_FAULT=str(number))
         tree = trees.get()
         try:
@@ -247,7 +250,7 @@ def run_all(faults, jobs, report):
             trees.put(tree)
 
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        order = sorted(enumerate(faults), key=lambda item: item[0] not in planted & reached)
+        order = sorted(enumerate(faults), key=lambda item: item[0] not in planted)
         runs = {pool.submit(run, n, f): f for n, f in order}
         for done in concurrent.futures.as_completed(runs):
             report(runs[done], done.result())
@@ -263,6 +266,8 @@ def main():
     options = parser.parse_args()
 
     found = find_faults(Tree('plain0'))
+    constants = [f for f in found if f.form == 'constant']
+    found = [f for f in found if f.form != 'constant']
     entries = read_list()
     known = {key_of(f) for f in found}
     errors = [f'{LIST}: there is no such fault: {" | ".join(e)}' for e in entries if e not in known]
@@ -284,7 +289,7 @@ def main():
                 if key_of(fault) not in entries:
                     errors.append('survived: ' + ' | '.join(key_of(fault)))
             print(result, *key_of(fault), sep=' | ', file=log, flush=True)
-        run_all(chosen, options.jobs, report)
+        run_all(chosen, constants, options.jobs, report)
     for key in entries & {key_of(f) for f in chosen} - survived:
         errors.append(f'{LIST}: this fault is noticed: {" | ".join(key)}')
     for error in errors:
