@@ -41,6 +41,17 @@ class Device {
                                   std::max<ssize_t>(read(mEnd, bytes.data(), bytes.size()), 0))};
     }
 
+    // Waits until the program has this many bytes to read.
+    void WaitForUnread(std::size_t size) const
+    {
+        int unread = -1;
+        for (int i = 0; i < 10'000 && unread != static_cast<int>(size); ++i) {
+            if (unread >= 0) usleep(1'000);
+            ioctl(mOther, FIONREAD, &unread);
+        }
+        EXPECT_EQ(unread, static_cast<int>(size));
+    }
+
     void Unplug()
     {
         for (int* const end : {&mOther, &mEnd}) {
@@ -115,11 +126,25 @@ class SiftAtDevice : public Sift {
         if (mProcess == 0) {
             dup2(output[1], 1);
             for (const int end : output) close(end);
+            // Whoever runs the tests may ignore them.
+            for (const int signal : {SIGHUP, SIGINT, SIGQUIT}) std::signal(signal, SIG_DFL);
             execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
             _exit(127);
         }
         close(output[1]);
         mOutput = output[0];
+    }
+
+    // Returns after the program has read everything. The device needs a moment to pass it on, so
+    // the program is stopped until then.
+    void SendAndWait(const Device& device, const std::string& bytes) const
+    {
+        kill(mProcess, SIGSTOP);
+        waitpid(mProcess, nullptr, WUNTRACED);
+        device.Send(bytes);
+        device.WaitForUnread(bytes.size());
+        kill(mProcess, SIGCONT);
+        device.WaitForUnread(0);
     }
 
     // Returns as many bytes of output as expected, or fewer if no more come.
@@ -187,9 +212,8 @@ TEST_F(SiftAtDevice, ReadsEveryByteAndRestoresTheLine)
         Device device;
         Start(row.mArguments + device.Path());
         device.WaitUntilSetUp();
-        device.Send(row.mSent);
+        SendAndWait(device, row.mSent);
         EXPECT_EQ(Read(row.mPrinted.size()), row.mPrinted);
-        if (row.mPrinted.empty()) usleep(300'000);
         EXPECT_EQ(device.Received(), "");
         if (row.mEnd == kOutputClosed) {
             close(mOutput);
