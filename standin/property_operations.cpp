@@ -21,6 +21,7 @@ using NActor::PropertyKind;
 namespace {
 
 constexpr HostError kFailed = 0x5A00;  // an actor that reads only the low byte sees no error
+constexpr HostError kNoError = 0;
 
 std::string IdText(std::uint32_t id)
 {
@@ -121,7 +122,7 @@ HostError SetOutputValue(HostActor* actor, std::uint16_t output, const HostValue
     if (scope.Fails() || set == nullptr) return kFailed;
     Store(*value, set->mValue);
     if (Host().mOutputListener) Host().mOutputListener(*instance, output);
-    return NActor::kQuendalNoError;
+    return kNoError;
 }
 
 std::int32_t PropertyHelpIndex(HostActor* actor, PropertyKind kind, std::uint16_t number)
@@ -150,7 +151,7 @@ HostError AddProperty(HostActor* actor, PropertyKind kind, std::uint32_t id, Hos
     if (scope.Fails() || instance == nullptr) return kFailed;
     instance->AddOutput(
         {name, IdText(id), firstFlags, secondFlags, Keep(*minimum), Keep(*maximum), value, value});
-    return NActor::kQuendalNoError;
+    return kNoError;
 }
 
 HostError ChangeProperty(HostActor* actor, HostZero zero, PropertyKind kind, std::uint16_t number,
@@ -171,7 +172,7 @@ HostError ChangeProperty(HostActor* actor, HostZero zero, PropertyKind kind, std
     if (scope.Fails() || output == nullptr) return kFailed;
     *output = {name,           output->mId,    firstFlags, secondFlags,
                Keep(*minimum), Keep(*maximum), value,      value};
-    return NActor::kQuendalNoError;
+    return kNoError;
 }
 
 HostError RemoveProperty(HostActor* actor, PropertyKind kind, std::uint16_t number)
@@ -182,7 +183,7 @@ HostError RemoveProperty(HostActor* actor, PropertyKind kind, std::uint16_t numb
     Demand(kind == kPropertyOutput, "RemoveProperty: not an output");
     if (scope.Fails() || OutputOf(instance, number) == nullptr) return kFailed;
     instance->RemoveOutput(number);
-    return NActor::kQuendalNoError;
+    return kNoError;
 }
 
 // The count is written even if the operation fails.
@@ -194,7 +195,7 @@ HostError GetPropertyCount(HostActor* actor, PropertyKind kind, std::int32_t* ou
     if (instance == nullptr) return kFailed;
     *outCount =
         Host().mClaimedOutputCount.value_or(static_cast<std::int32_t>(instance->Outputs().size()));
-    return scope.Fails() ? kFailed : NActor::kQuendalNoError;
+    return scope.Fails() ? kFailed : kNoError;
 }
 
 }  // namespace

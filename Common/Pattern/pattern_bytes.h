@@ -57,18 +57,17 @@ constexpr bool EqualsIgnoringCase(std::string_view a, std::string_view b)
 constexpr std::array<Byte, 256> MakeHexDigitValues()
 {
     std::array<Byte, 256> values{};
-    for (std::size_t b = 0; b < values.size(); ++b) {
-        const Byte lower = ToLower(static_cast<Byte>(b));
-        const bool isLetter = lower >= 'a' && lower <= 'f';
-        values[b] = static_cast<Byte>(IsDigit(lower) ? lower - '0'
-                                      : isLetter     ? lower - 'a' + 10
-                                                     : 16);
+    for (Byte b = 0; Byte & value : values) {
+        const Byte lower = ToLower(b++);
+        value = static_cast<Byte>(IsDigit(lower) ? lower - '0'
+                                  : lower >= 'a' ? lower - 'a' + 10
+                                                 : 16);
     }
     return values;
 }
 inline constexpr std::array<Byte, 256> kHexDigitValues = MakeHexDigitValues();
 
-// The value of a hexadecimal digit, 0 to 15; 16 for any other byte.
+// The value of a hexadecimal digit, 0 to 15; 16 or more for any other byte.
 constexpr unsigned HexDigitValue(Byte b)
 {
     return kHexDigitValues[b];

@@ -15,8 +15,6 @@ constexpr char kSourceFile[] = "pattern_byteset_element.cpp";
     throw WithCode(kErrorWrongForm, PatternException(kSourceFile, line, "Not a BytesetElement"));
 }
 
-constexpr std::int32_t kNoCount = -1;  // no count was written before a class word
-
 bool IsInClass(Byte b, ByteClassKind kind)
 {
     switch (kind) {
@@ -29,15 +27,12 @@ bool IsInClass(Byte b, ByteClassKind kind)
 }
 
 // The classes of a token in a set body: the columns of the tables below.
-enum TokenClass { kNegation, kRange, kClosing, kMember, kEndOfTokens, kTokenClassCount };
+enum TokenClass { kNegation, kRange, kClosing, kMember, kTokenClassCount };
 
-// The states of a set body: the rows of the tables. Entering a negative one ends the body, with an
-// error unless it is kDone.
+// The states of a set body: the rows of the tables. Entering a negative one ends the body.
 enum SetState {
-    kUnclosedRange = -4,  // the closing bracket after a '-' of a byte set
-    kMisplaced = -3,      // a sign out of place, or a range without its end
-    kUnfinished = -2,     // an empty set, or no closing bracket
-    kDone = -1,
+    kDone = -2,
+    kInvalid = -1,
     kStart = 0,
     kAfterNegation,
     kAfterMember,
@@ -51,22 +46,22 @@ using SetTable = SetState[kSetStateCount][kTokenClassCount];
 // clang-format off
 // Out of place, a '^' or '-' is a plain member, also as the upper bound of a range.
 constexpr SetTable kCharacterSetTable = {
-    // '^'           '-'                   ']'          other         end
-    {kAfterNegation, kAfterMember,         kUnfinished, kAfterMember, kUnfinished},  // start
-    {kAfterMember,   kAfterMember,         kUnfinished, kAfterMember, kUnfinished},  // after ^
-    {kAfterMember,   kAfterMemberAndRange, kDone,       kAfterMember, kUnfinished},  // member
-    {kAfterRange,    kAfterRange,          kMisplaced,  kAfterRange,  kMisplaced},   // and -
-    {kAfterMember,   kAfterMember,         kDone,       kAfterMember, kUnfinished},  // range
+    // '^'           '-'                   ']'       other
+    {kAfterNegation, kAfterMember,         kInvalid, kAfterMember},  // start
+    {kAfterMember,   kAfterMember,         kInvalid, kAfterMember},  // after ^
+    {kAfterMember,   kAfterMemberAndRange, kDone,    kAfterMember},  // member
+    {kAfterRange,    kAfterRange,          kInvalid, kAfterRange},   // and -
+    {kAfterMember,   kAfterMember,         kDone,    kAfterMember},  // range
 };
 
 // Out of place, a '^' or '-' is an error.
 constexpr SetTable kByteSetTable = {
-    // '^'           '-'                   '}'             other         end
-    {kAfterNegation, kMisplaced,           kUnfinished,    kAfterMember, kUnfinished},  // start
-    {kMisplaced,     kMisplaced,           kUnfinished,    kAfterMember, kUnfinished},  // after ^
-    {kMisplaced,     kAfterMemberAndRange, kDone,          kAfterMember, kUnfinished},  // member
-    {kMisplaced,     kMisplaced,           kUnclosedRange, kAfterRange,  kUnfinished},  // and -
-    {kMisplaced,     kMisplaced,           kDone,          kAfterMember, kUnfinished},  // range
+    // '^'           '-'                   '}'       other
+    {kAfterNegation, kInvalid,             kInvalid, kAfterMember},  // start
+    {kInvalid,       kInvalid,             kInvalid, kAfterMember},  // after ^
+    {kInvalid,       kAfterMemberAndRange, kDone,    kAfterMember},  // member
+    {kInvalid,       kInvalid,             kInvalid, kAfterRange},   // and -
+    {kInvalid,       kInvalid,             kDone,    kAfterMember},  // range
 };
 // clang-format on
 
@@ -83,15 +78,14 @@ Byte ByteSetValue(const LToken& token)
     return static_cast<Byte>(token.mValue);
 }
 
-// No token of a byte set is escaped, so the test of mEscaped serves both kinds of set.
-TokenClass ClassOf(const std::vector<LToken>& tokens, TokenCursor cursor, std::string_view closing)
+// No token of a byte set is escaped, so the test of mEscaped serves both kinds of set. The end of
+// all tokens closes a set too; the bracket is missed later.
+TokenClass ClassOf(const LToken& token, std::string_view closing)
 {
-    if (cursor >= tokens.size()) return kEndOfTokens;
-    const LToken& token = tokens[cursor];
     if (token.mEscaped) return kMember;
     if (token.mText == "^") return kNegation;
     if (token.mText == "-") return kRange;
-    return token.mText == closing ? kClosing : kMember;
+    return token.mText == closing || token.mType == kEnd ? kClosing : kMember;
 }
 
 }  // namespace
@@ -142,7 +136,6 @@ bool BytesetElement::ParseNamedClass(const std::vector<LToken>& tokens, TokenCur
 {
     TokenCursor cursor = ioCursor;
     const LToken* token = nullptr;
-    mLength = kNoCount;
     if (ExpectToken(tokens, cursor, token, kNumber, nullptr)) {
         mLength = token->mValue;
         if (mLength < 1) return false;
@@ -160,7 +153,7 @@ bool BytesetElement::ParseNamedClass(const std::vector<LToken>& tokens, TokenCur
     mBinary = kind == kClassAnyByte;
     mClass = kind;
     // Without a count, any byte means one byte: a run of them would take all that is left.
-    if (mLength == kNoCount) mLength = kind == kClassAnyByte ? 1 : 0;
+    if (mLength == 0 && mBinary) mLength = 1;
     ioCursor = cursor;
     return true;
 }
@@ -199,8 +192,11 @@ void BytesetElement::ParseSetBody(const std::vector<LToken>& tokens, TokenCursor
     bool negate = false;
     Byte previous = 0;
     SetState state = kStart;
-    while ((state = syntax.mTable[state][ClassOf(tokens, ioCursor, syntax.mClosing)]) > kDone) {
-        const Byte value = syntax.mValueOf(tokens[ioCursor]);
+    for (;; ++ioCursor) {
+        const LToken& token = TokenAt(tokens, ioCursor);
+        state = syntax.mTable[state][ClassOf(token, syntax.mClosing)];
+        if (state < kStart) break;
+        const Byte value = syntax.mValueOf(token);
         switch (state) {
             case kAfterNegation: negate = true; break;
             case kAfterMember:
@@ -214,7 +210,6 @@ void BytesetElement::ParseSetBody(const std::vector<LToken>& tokens, TokenCursor
             }
             default: break;
         }
-        ++ioCursor;
     }
     if (state != kDone) {
         throw WithCode(kErrorInvalidSet,

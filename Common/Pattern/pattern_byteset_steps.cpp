@@ -89,12 +89,11 @@ constexpr StepFunction kSetSteps[kSetCaptureCount][2] = {
     {RunSet<false, kCapturesBigEndian>, RunSet<true, kCapturesBigEndian>},
     {RunSet<false, kCapturesOther>, RunSet<true, kCapturesOther>},
 };
-constexpr StepFunction kAnyBytesSteps[kSetCaptureCount][2] = {
-    {RunAnyBytes<kCapturesNothing>, RunAnyBytes<kCapturesNothing>},
-    {RunAnyBytes<kCapturesString>, RunAnyBytes<kCapturesString>},
-    {RunAnyBytes<kCapturesLittleEndian>, RunAnyBytes<kCapturesLittleEndian>},
-    {RunAnyBytes<kCapturesBigEndian>, RunAnyBytes<kCapturesBigEndian>},
-    {RunAnyBytes<kCapturesOther>, RunAnyBytes<kCapturesOther>},
+// Indexed by SetCapture.
+constexpr StepFunction kAnyBytesSteps[kSetCaptureCount] = {
+    RunAnyBytes<kCapturesNothing>,      RunAnyBytes<kCapturesString>,
+    RunAnyBytes<kCapturesLittleEndian>, RunAnyBytes<kCapturesBigEndian>,
+    RunAnyBytes<kCapturesOther>,
 };
 
 SetCapture CaptureOf(ParameterType type, bool isBinary)
@@ -114,7 +113,12 @@ SetCapture CaptureOf(ParameterType type, bool isBinary)
 void AddSetStep(const SetOperands& operands, ParameterType type, Program& ioProgram)
 {
     const SetCapture capture = CaptureOf(type, operands.mIsBinary);
-    ioProgram.AddStep(operands.mIsAnyByte ? kAnyBytesSteps[capture] : kSetSteps[capture], operands);
+    if (operands.mIsAnyByte) {
+        const StepFunction run = kAnyBytesSteps[capture];
+        ioProgram.AddStep({run, run}, operands);
+    } else {
+        ioProgram.AddStep(kSetSteps[capture], operands);
+    }
 }
 
 }  // namespace NPattern

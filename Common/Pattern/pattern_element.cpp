@@ -144,19 +144,20 @@ const Byte* Element::CaptureBytes(const Byte* data, const Byte* end)
 
 std::unique_ptr<Element> CreateElement(const std::vector<LToken>& tokens, TokenCursor& ioCursor)
 {
-    const TokenCursor start = ioCursor;
-    if (TokenAt(tokens, start).mType == kEnd) return nullptr;
+    const LToken& token = TokenAt(tokens, ioCursor);
+    if (token.mType == kEnd) return nullptr;
 
     for (const ElementForm& form : kElementForms) {
-        if (!form.mCanStart(tokens, start)) continue;
+        if (!form.mCanStart(tokens, ioCursor)) continue;
         try {
-            return form.mMake(tokens, ioCursor);
+            TokenCursor cursor = ioCursor;
+            std::unique_ptr<Element> element = form.mMake(tokens, cursor);
+            ioCursor = cursor;
+            return element;
         } catch (...) {
             // Whatever went wrong, memory that ran out included: the next form gets its turn.
-            ioCursor = start;
         }
     }
-    const LToken& token = tokens[start];
     throw WithCode(kErrorSyntax,
                    PatternSyntaxException(kSourceFile, __LINE__, token.mPosition, token.mText,
                                           "Syntax error at '%s'", token.mText.c_str()));

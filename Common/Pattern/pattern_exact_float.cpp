@@ -45,6 +45,7 @@ class BigNumber {
         if (carry != 0) mWords[mSize++] = static_cast<std::uint32_t>(carry);
     }
 
+    // Changes nothing if exponent is negative.
     void MultiplyByPowerOf5(std::int64_t exponent)
     {
         constexpr std::uint32_t kFiveTo13 = 1220703125;  // the largest in 32 bits
@@ -55,7 +56,6 @@ class BigNumber {
     void ShiftLeft(std::int64_t bits)
     {
         MultiplyAndAdd(std::uint32_t{1} << (bits % 32), 0);
-        if (mSize == 0) return;
         const auto words = static_cast<std::size_t>(bits / 32);
         std::copy_backward(mWords.begin(), mWords.begin() + static_cast<std::ptrdiff_t>(mSize),
                            mWords.begin() + static_cast<std::ptrdiff_t>(mSize + words));
@@ -66,26 +66,24 @@ class BigNumber {
     // Negative, 0 or positive, as *this is less than, equal to or greater than other.
     int Compare(const BigNumber& other) const
     {
-        if (mSize != other.mSize) return mSize < other.mSize ? -1 : 1;
-        for (std::size_t i = mSize; i > 0; --i) {
-            if (mWords[i - 1] == other.mWords[i - 1]) continue;
-            return mWords[i - 1] < other.mWords[i - 1] ? -1 : 1;
-        }
-        return 0;
+        const auto [word, otherWord] =
+            std::mismatch(mWords.rbegin(), mWords.rend(), other.mWords.rbegin());
+        if (word == mWords.rend()) return 0;
+        return *word < *otherWord ? -1 : 1;
     }
 
   private:
     // Enough for kMostDecimalDigits digits, and for either side of any comparison of a number in
     // the range between kZeroBelow and kInfiniteFrom with a double: below 3,800 bits.
     std::array<std::uint32_t, 128> mWords{};
-    std::size_t mSize = 0;  // words in use; the most significant of them is not 0
+    std::size_t mSize = 0;  // words in use; the others are 0
 };
 
 // The number digits * 5^fives * 2^twos.
 struct ExactNumber {
     BigNumber mDigits;
-    std::int64_t mFives = 0;
-    std::int64_t mTwos = 0;
+    std::int64_t mFives;
+    std::int64_t mTwos;
 };
 
 // A text as it is scanned.
@@ -142,8 +140,8 @@ std::int64_t ExponentOf(std::string_view text, Byte letter)
 {
     if (text.empty() || ToLower(static_cast<Byte>(text[0])) != letter) return 0;
     text.remove_prefix(1);
-    const bool negative = !text.empty() && text[0] == '-';
-    if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
     std::int64_t exponent = 0;
     for (const char c : text) {
         if (!IsDigit(static_cast<Byte>(c))) break;
@@ -168,9 +166,11 @@ int CompareWithHalfway(const ExactNumber& number, std::uint64_t doubleBits)
 
     BigNumber left = number.mDigits;
     BigNumber right(mantissa * 2 + 1);
-    (number.mFives >= 0 ? left : right).MultiplyByPowerOf5(std::abs(number.mFives));
+    left.MultiplyByPowerOf5(number.mFives);
+    right.MultiplyByPowerOf5(-number.mFives);
     const std::int64_t shift = number.mTwos - (exponent - 1);
-    (shift >= 0 ? left : right).ShiftLeft(std::abs(shift));
+    left.ShiftLeft(std::max<std::int64_t>(shift, 0));
+    right.ShiftLeft(std::max<std::int64_t>(-shift, 0));
     return left.Compare(right);
 }
 
@@ -179,7 +179,7 @@ template <typename To, typename From>
 To BitsAs(From from)
 {
     static_assert(sizeof(To) == sizeof(From));
-    To to;
+    To to{};
     std::memcpy(&to, &from, sizeof to);
     return to;
 }
@@ -187,7 +187,7 @@ To BitsAs(From from)
 // guess: at most a few doubles away from the result, which is exact.
 double NearestDouble(const ExactNumber& number, double guess)
 {
-    auto bits = std::min(BitsAs<std::uint64_t>(guess), kInfinityBits - 1);
+    auto bits = BitsAs<std::uint64_t>(guess);
     const auto isUp = [&number](std::uint64_t from) {
         const int order = CompareWithHalfway(number, from);
         return order > 0 || (order == 0 && from % 2 != 0);
@@ -222,8 +222,9 @@ double DecimalValue(const ScannedNumber& number)
     const auto leading = static_cast<double>(number.mLeading);
     const std::int64_t dropped = number.mSignificant - number.mLeadingCount;
     const double guess = TimesPowerOfTen(leading, number.mExponent + dropped);
-    const bool isExact = dropped == 0 && number.mLeading <= kLargestExact &&
-                         std::abs(number.mExponent) <= kLargestExactPower;
+    // All digits are in mLeading then.
+    const bool isExact =
+        number.mLeading <= kLargestExact && std::abs(number.mExponent) <= kLargestExactPower;
     if (isExact) return guess;
     return NearestDouble({number.mDigits, number.mExponent, number.mExponent}, guess);
 }
@@ -233,9 +234,8 @@ double HexValue(const ScannedNumber& number, std::int64_t binaryExponent)
     constexpr std::int64_t kInfiniteFromBit = 1100;
     constexpr std::int64_t kZeroBelowBit = -1200;
     const std::int64_t exponent = number.mExponent * 4 + binaryExponent;
-    const std::int64_t firstDigit = exponent + number.mSignificant * 4;
-    if (firstDigit > kInfiniteFromBit) return std::numeric_limits<double>::infinity();
-    if (firstDigit < kZeroBelowBit) return 0.0;
+    if (exponent > kInfiniteFromBit) return std::numeric_limits<double>::infinity();
+    if (exponent < kZeroBelowBit) return 0.0;
     const std::int64_t dropped = number.mSignificant - number.mLeadingCount;
     const double guess =
         std::ldexp(static_cast<double>(number.mLeading), static_cast<int>(exponent + dropped * 4));

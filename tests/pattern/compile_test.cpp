@@ -46,6 +46,7 @@ TEST(Compile, DumpsWhatItCompiled)
         {"[-a]", "T BYTESET    length=0 { 2D 61 }\n"},
         {"[a^]", "T BYTESET    length=0 { 5E 61 }\n"},
         {"[^^]", "B BYTESET    length=0 { 00-5D 5F-FF }\n"},
+        {"[^-a]", "B BYTESET    length=0 { 00-2C 2E-60 62-FF }\n"},
         {"[e-a]", "T BYTESET    length=0 { 61-65 }\n"},
         {"[a-e-g]", "T BYTESET    length=0 { 2D 61-65 67 }\n"},
         {"[Z-^]", "T BYTESET    length=0 { 5A-5E }\n"},
@@ -126,9 +127,12 @@ TEST(Compile, TellsTheErrorAndItsPlace)
         {"4 [a]", "Syntax error at '4'", 0, "4"},
         {"'x'[]", "Syntax error at '['", 3, "["},
     };
-    for (const char* bad : {"[a-]", "[^]", "[[a]", "[a}", "[a}\"]\"z]", "{-41}", "{41-}",
-                            "{41-42-43}", "{^}", "{^^41}", "(1-)", "(a=1)", "(1-2,)", "(1-2 3-4)",
-                            "(1-2", "(1-2):X", "(1-2):", "(0-32)"}) {
+    for (const char* bad :
+         {"[a-]",       "[a-]]",     "[^]",    "[[a]",     "[a}",      "[a}\"]\"z]", "{}}",
+          "{-41}",      "{41-}",     "{41-}}", "{41-^42}", "{41--42}", "{41^42}",    "{41-42-43}",
+          "{41-42^43}", "{^}",       "{^}}",   "{^^41}",   "{^-41}",   "(1-)",       "(a=1)",
+          "(1-2,)",     "(1-2 3-4)", "(1-2",   "(1-2):X",  "(1-2):",   "(0-32)",     "[^]a]",
+          "[a-]b]",     "{^}a}",     "{41-}a}"}) {
         rows.push_back({bad,
                         bad[0] == '['   ? "Syntax error at '['"
                         : bad[0] == '{' ? "Syntax error at '{'"

@@ -18,23 +18,22 @@
 // A text that may hold NUL bytes.
 using namespace std::string_literals;
 
-// A message in a heap block of exactly its length, so that a byte read too far is caught.
+// A message at the end of a heap block, so that a byte read too far is caught. An empty one is in a
+// block of 1 byte, because a block of 0 bytes has a byte that may be read.
 class HeapMessage {
   public:
     explicit HeapMessage(std::string_view text)
-        : mBytes(new NPattern::Byte[text.size()]), mLength(static_cast<std::uint32_t>(text.size()))
+        : mBlock(new NPattern::Byte[std::max<std::size_t>(text.size(), 1)]),
+          mLength(static_cast<std::uint32_t>(text.size()))
     {
-        std::copy(text.begin(), text.end(), mBytes.get());
+        std::copy(text.begin(), text.end(), mBlock.get());
     }
-    const NPattern::Byte* Data() const { return mBytes.get(); }
+    const NPattern::Byte* Data() const { return mBlock.get() + (mLength == 0 ? 1 : 0); }
     std::uint32_t Length() const { return mLength; }
-    std::string From(const NPattern::Byte* start) const
-    {
-        return {start, static_cast<const NPattern::Byte*>(mBytes.get()) + mLength};
-    }
+    std::string From(const NPattern::Byte* start) const { return {start, Data() + mLength}; }
 
   private:
-    std::unique_ptr<NPattern::Byte[]> mBytes;
+    std::unique_ptr<NPattern::Byte[]> mBlock;
     std::uint32_t mLength;
 };
 

@@ -133,6 +133,7 @@ TEST(Match, Numbers)
         {"n:f=.#", ".", "n=0 | "},
         {"n:f=.#", " 5", "no match"},
         {"n:i=x", " 5", "no match"},
+        {"#", " 5", "no match"},
         {"n:f=.#", "1e5", "n=1 | e5"},
         {"n:s=3.2#", "12.345", "n=\"12.34\" | 5"},
         {"n:f=.2#", "1234.567", "n=1234.5599999999999 | 7"},
@@ -171,6 +172,8 @@ TEST(Match, Sets)
         {"n:i=[0-9 ]", "12", "n=12849 | "},  // a set that holds a blank reads raw bytes
         {"n:s={00-02}", "\0\1\2\3"s, "n=\"\0\1\2\" | \3"s},
         {"{{AA}} n:s={{55}}", "\xAA\x55\x55", "n=\"\x55\" | \x55"},
+        {"'a' n:i={{55}}", "a U", "no match"},
+        {"'a' n:b={{55}}", "a U", "no match"},
         {"n:i=2 bytes", "\x34\x12", "n=4660 | "},
         {"n:b=2 bytes", "\x12\x34", "n=4660 | "},
         {"n:f=2 bytes", "\x34\x12", "n=4660 | "},
@@ -178,6 +181,7 @@ TEST(Match, Sets)
         {"[[a]]", "A", "no match"},
         {"[[^x]]", "yy", " | y"},
         {"[[^x]]", "x", "no match"},
+        {"{{^00-FF}}", "\0"s, "no match"},
         {"n:i=4 bytes", "\xFF\xFF\xFF\xFF", "n=-1 | "},
         {"n:i=5 bytes", "\1\0\0\0\2"s, "n=1 | "},
         {"n:i=6 bytes", "\1\0\0\0\2\3"s, "n=1 | "},
@@ -359,9 +363,11 @@ TEST(Match, CallsAnElementWithoutAStep)
     program.AddSpace();
     pair.Emit(program);
     program.AddText("end", true);
+    pair.Emit(program);
     program.Finish();
     std::vector<Parameter> values = program.Captures();
-    for (const auto& [text, result] : {std::pair{"7 aaend!", "n=7 pair=\"aa\" | !"},
+    for (const auto& [text, result] : {std::pair{"7 aaendbb!", "n=7 pair=\"aa\" pair=\"bb\" | !"},
+                                       {"7 aaend bb", "no match"},
                                        {"8 abend", "no match"},
                                        {"9 bb", "no match"},
                                        {"9 bbenD", "no match"},

@@ -124,7 +124,9 @@ TEST(Parameter, ExactFloatsAreThoseOfTheCLibrary)
     const auto expectSame = [](const std::string& text, unsigned radix) {
         const std::string prefix = radix == 16 ? "0x" : "";
         const double expected = std::strtod((prefix + text).c_str(), nullptr);
-        const double found = ExactFloatOf(text, radix).value_or(0.0);
+        const HeapMessage message(text);
+        const auto* const chars = reinterpret_cast<const char*>(message.Data());
+        const double found = ExactFloatOf({chars, message.Length()}, radix).value_or(0.0);
         EXPECT_EQ(std::bit_cast<std::uint64_t>(found), std::bit_cast<std::uint64_t>(expected))
             << text;
     };
@@ -139,9 +141,14 @@ TEST(Parameter, ExactFloatsAreThoseOfTheCLibrary)
     EXPECT_TRUE(std::isnan(*ExactFloatOf("NaN(1)", 10)));
     EXPECT_FALSE(ExactFloatOf("x", 10).has_value());
     expectSame("0." + std::string(500, '0') + "1e500", 10);
-    expectSame(std::string(1000, '9') + "e-700", 10);
+    expectSame(std::string(2000, '9') + "e-1700", 10);
+    expectSame(std::string(1000, 'f') + "p-4000", 16);
     expectSame("18446744073709551615", 10);
-    expectSame("12345678901234567890p-1140", 16);
+    for (const char* text : {"1", "1a", "1.2.3", "1e", "1e320", "1e99999"}) expectSame(text, 10);
+    for (const char* text :
+         {"12345678901234567890p-1140", "1p1050", "1p9000", "1p-9000", "1p+4", "1e5", "1g"}) {
+        expectSame(text, 16);
+    }
 
     std::mt19937_64 random(3);
     for (int i = 0; i < 20000; ++i) {
