@@ -96,7 +96,7 @@ std::string HintWideBits(const FaultPlace& place)
 
 std::string HintBitRanges(const FaultPlace& place)
 {
-    if (!place.WordIsSymbol('(') || place.HasHeader()) return "";
+    if (!place.WordIsSymbol('(')) return "";
     return "parentheses are for bit fields, such as (low=0-3, high=4-7): each range with both its "
            "bits, even "
            "a single one, as in bit=7-7, and commas between the ranges; then :L if the first byte "

@@ -73,16 +73,16 @@ void ByteSurvey::AddLineFeed()
     if (mLast == '\r') {
         ++mCrLfs;
     } else if (mByByte['\n'].mCount != 0) {
-        ++mLoneLineFeeds;
+        mHasLoneLineFeed = true;
     }
 }
 
 void ByteSurvey::AddToCharacter(unsigned char byte)
 {
     const bool continues = (byte & 0xC0) == 0x80;
-    if (!continues || mUtf8Seen == mUtf8Length) {
+    if (!continues) {
         mUtf8Length = byte < 0xC2 ? 0 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : byte < 0xF5 ? 4 : 0;
-        mUtf8Seen = mUtf8Length == 0 ? 0 : 1;
+        mUtf8Seen = 1;
     } else if (++mUtf8Seen == mUtf8Length) {
         mUtf8Bytes += mUtf8Length;
     }
@@ -90,6 +90,7 @@ void ByteSurvey::AddToCharacter(unsigned char byte)
 
 void ByteSurvey::AddPause()
 {
+    if (mBytes == mByPause.mLastEnd) return;
     ++mBeforePauses[mLast];
     mByPause.End(mBytes);
 }
@@ -99,7 +100,6 @@ Survey ByteSurvey::Result() const
     const std::string end = FindEnd();
     const Messages& messages =
         end.empty() ? mByPause : mByByte[static_cast<unsigned char>(end.back())];
-    const bool isMeasured = messages.mCount > 1;
     return {mBytes,
             TotalOf([](unsigned char byte) { return byte > 127; }),
             mByByte[0].mCount,
@@ -107,8 +107,8 @@ Survey ByteSurvey::Result() const
             IsText(),
             end,
             messages.mCount,
-            isMeasured ? messages.mShortest - end.size() : 0,
-            isMeasured ? messages.mLongest - end.size() : 0};
+            messages.mShortest - end.size(),
+            messages.mLongest - end.size()};
 }
 
 void ByteSurvey::Messages::End(std::uint64_t position)
@@ -144,7 +144,7 @@ bool ByteSurvey::IsText() const
 // True if CR LF ends short pieces, whatever they hold.
 bool ByteSurvey::HasLines() const
 {
-    return mCrLfs >= kFewLines && mLoneLineFeeds == 0 && mByByte['\n'].mLongest <= kLongestLine;
+    return mCrLfs >= kFewLines && !mHasLoneLineFeed && mByByte['\n'].mLongest <= kLongestLine;
 }
 
 std::string ByteSurvey::FindEnd() const
@@ -160,7 +160,7 @@ std::string ByteSurvey::FindEnd() const
         end = ';';
     }
     if (!end) return "";
-    if (end == '\n' && mCrLfs != 0 && mLoneLineFeeds == 0) return "\r\n";
+    if (end == '\n' && !mHasLoneLineFeed) return "\r\n";
     return std::string(1, static_cast<char>(*end));
 }
 
@@ -196,9 +196,8 @@ std::vector<std::string> Findings(const Survey& survey)
     }
     std::vector<std::string> findings = {EndWords(survey)};
     if (survey.mMessages > 1) findings.push_back(LengthWords(survey));
-    findings.push_back(CountOf(survey.mBytes, "byte") + ", of which " +
-                       std::to_string(survey.mHighBytes) + " are above 127 and " +
-                       std::to_string(survey.mNuls) + " are 00");
+    findings.push_back(CountOf(survey.mBytes, "byte") + ", " + std::to_string(survey.mHighBytes) +
+                       " of them above 127, " + std::to_string(survey.mNuls) + " of them 00");
     if (survey.mHighBytes != 0) {
         findings.emplace_back(
             "bytes above 127 are numbers, letters or signs such as a degree sign, "

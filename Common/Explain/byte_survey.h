@@ -28,7 +28,7 @@ struct Survey {
 class ByteSurvey {
   public:
     void Add(std::string_view bytes);
-    // The sender pauses after the bytes so far.
+    // The sender pauses after the bytes so far. Has no effect without a byte since the last pause.
     void AddPause();
 
     Survey Result() const;
@@ -59,10 +59,10 @@ class ByteSurvey {
     std::array<std::uint64_t, 256> mBeforePauses = {};
     std::uint64_t mBytes = 0;
     std::uint64_t mCrLfs = 0;
-    std::uint64_t mLoneLineFeeds = 0;  // without CR before them, except the first line feed of all
-    std::uint64_t mUtf8Bytes = 0;      // above 127, of complete characters
-    unsigned mUtf8Length = 0;          // of the character that began last; 0: none
-    unsigned mUtf8Seen = 0;            // of its bytes
+    bool mHasLoneLineFeed = false;  // without CR before it, except the first line feed of all
+    std::uint64_t mUtf8Bytes = 0;   // above 127, of complete characters
+    std::uint64_t mUtf8Length = 0;  // of the character that began last; 0: none
+    std::uint64_t mUtf8Seen = 0;    // of its bytes
     unsigned char mLast = 0;
 };
 

@@ -27,13 +27,9 @@ struct Place {
     std::size_t mIndex;
 
     std::string PreviousName() const { return "piece " + std::to_string(mIndex); }
-    // What the piece can begin with there, if no white space comes between. A byte 00 never
-    // arrives.
-    ByteSet Firsts() const
-    {
-        const ByteSet first = FirstBytes(mPiece).reset(0);
-        return mPrevious != nullptr ? first & ~BytesNeverAfter(*mPrevious) : first;
-    }
+    // What the piece can begin with after the previous one, if no white space comes between. A byte
+    // 00 never arrives. Not for the first piece.
+    ByteSet Firsts() const { return FirstBytes(mPiece).reset(0) & ~BytesNeverAfter(*mPrevious); }
 };
 
 struct Finding {
@@ -209,10 +205,9 @@ std::string StopsBefore(const StringElement& text)
 
 MaybeFinding FindTaken(const Place& place)
 {
-    if (place.mPrevious == nullptr || FindSkippedSpace(place) || FindImpossible(place)) {
+    if (place.mPrevious == nullptr || FindImpossible(place) || place.Firsts().any()) {
         return std::nullopt;
     }
-    if (place.Firsts().any()) return std::nullopt;
     const auto* const text = ElementAs<StringElement>(place.mPiece);
     const bool hasStop =
         text != nullptr &&
@@ -242,8 +237,6 @@ MaybeFinding FindSwallowed(const Place& place)
         place.mPiece.mCaptures.empty()) {
         return std::nullopt;
     }
-    const auto* const set = ElementAs<BytesetElement>(*place.mPrevious);
-    if (set == nullptr || set->Class() != NPattern::kClassNone) return std::nullopt;
     const ByteSet taken = BytesNeverAfter(*place.mPrevious);
     if ((taken & DigitBytes()) != DigitBytes() || place.Firsts().none()) return std::nullopt;
     if (place.mPiece.mSkipsSpace && !HasSeparator(taken, ",;")) return std::nullopt;

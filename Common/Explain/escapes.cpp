@@ -3,15 +3,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Common/Pattern/pattern_byteset_element.h"
-#include "Common/Pattern/pattern_string_element.h"
 #include "byte_text.h"
 
 namespace NExplain {
 
 using NPattern::Byte;
-using NPattern::BytesetElement;
-using NPattern::StringElement;
 
 namespace {
 
@@ -33,15 +29,13 @@ constexpr ForeignEscape kForeignEscapes[] = {
     {'0', "a byte 00 cannot be read, because the host passes text only up to it"},
 };
 
-bool IsHexDigitAt(std::string_view text, std::size_t position)
-{
-    return position < text.size() && NPattern::IsHexDigit(static_cast<Byte>(text[position]));
-}
-
-// rest: of the piece, from the letter after the backslash on.
+// rest: of the piece, from the letter after the backslash on; ends with a quote or bracket.
 std::string InsteadOf(std::string_view rest)
 {
-    if (rest[0] == 'x' && IsHexDigitAt(rest, 1) && IsHexDigitAt(rest, 2)) {
+    const auto isHexDigit = [rest](std::size_t position) {
+        return NPattern::IsHexDigit(static_cast<Byte>(rest[position]));
+    };
+    if (rest[0] == 'x' && isHexDigit(1) && isHexDigit(2)) {
         return "a byte is written as a piece of its own: {{" + std::string(rest.substr(1, 2)) +
                "}}";
     }
@@ -51,22 +45,13 @@ std::string InsteadOf(std::string_view rest)
     return "a backslash itself is written \\\\";
 }
 
-// The opening quote or bracket, or npos if the piece has no place for an escape.
-std::size_t OpeningOf(const Piece& piece)
-{
-    if (ElementAs<StringElement>(piece) != nullptr) return piece.mSource.find_first_of("'\"");
-    const auto* const set = ElementAs<BytesetElement>(piece);
-    return set != nullptr && !set->IsInBraces() ? piece.mSource.find('[') : std::string::npos;
-}
-
 }  // namespace
 
+// A piece has a backslash only between quotes or brackets, and never as its last character.
 std::string IdleBackslash(const Piece& piece)
 {
     const std::string_view source = piece.mSource;
-    std::size_t at = OpeningOf(piece);
-    if (at == std::string::npos) return "";
-    for (; (at = source.find('\\', at)) < source.size() - 1; at += 2) {
+    for (std::size_t at = 0; (at = source.find('\\', at)) != source.npos; at += 2) {
         const auto next = static_cast<Byte>(source[at + 1]);
         if (!NPattern::IsAlnum(next) || NPattern::TranslateEscape(next) != next) continue;
         return "the backslash before " + NameOfByte(next) + " means nothing; " +

@@ -23,14 +23,15 @@ struct LexerStop {
     std::size_t mBracket = 0;  // the last one that opened or closed a set
 };
 
+// parseString: one that the lexer can't read.
 LexerStop FindLexerStop(const std::string& parseString)
 {
     LexerStop stop;
     std::size_t cursor = 0;
     for (;;) {
         stop.mStart = cursor;
-        while (stop.mStart < parseString.size() &&
-               NPattern::IsSkipped(static_cast<Byte>(parseString[stop.mStart]), stop.mMode)) {
+        // The NUL after the last character isn't skipped.
+        while (NPattern::IsSkipped(static_cast<Byte>(parseString[stop.mStart]), stop.mMode)) {
             ++stop.mStart;
         }
         LToken token;
@@ -39,7 +40,6 @@ LexerStop FindLexerStop(const std::string& parseString)
         } catch (const PatternSyntaxException&) {
             return stop;
         }
-        if (token.mType == NPattern::kEnd) return stop;
         const LexerMode next = NPattern::ModeAfter(token, stop.mMode);
         if (next != stop.mMode) stop.mBracket = static_cast<std::size_t>(token.mPosition);
         stop.mMode = next;
@@ -85,7 +85,7 @@ Fault SyntaxFault(const std::string& parseString, const PatternSyntaxException& 
     return {error.mCode,
             error.mMessage,
             static_cast<std::size_t>(error.mPosition),
-            std::max<std::size_t>(error.mOffendingText.size(), 1),
+            error.mOffendingText.size(),
             SyntaxHints(tokens, cursor),
             SyntaxNeeds(tokens, cursor)};
 }

@@ -20,10 +20,10 @@ struct ForeignType {
 };
 
 constexpr ForeignType kForeignTypes[] = {
-    {"double", "float"}, {"real", "float"},   {"number", "float"},     {"num", "float"},
-    {"dec", "float"},    {"text", "string"},  {"char", "string"},      {"word", "string"},
-    {"int", "integer"},  {"uint", "integer"}, {"long", "integer"},     {"short", "integer"},
-    {"bool", "integer"}, {"byte", "integer"}, {"unsigned", "integer"},
+    {"double", "float"}, {"real", "float"},       {"num", "float"},     {"dec", "float"},
+    {"text", "string"},  {"char", "string"},      {"word", "string"},   {"int", "integer"},
+    {"uint", "integer"}, {"long", "integer"},     {"short", "integer"}, {"bool", "integer"},
+    {"byte", "integer"}, {"unsigned", "integer"},
 };
 
 std::string_view TypeMeantBy(std::string_view word)
@@ -96,13 +96,14 @@ std::string HintTypeMisspelt(const FaultPlace& place)
 
 std::string HintNothingAfterHeader(const FaultPlace& place)
 {
-    if (!place.HasHeader() || place.HasCount() || place.Word().mType != NPattern::kEnd) return "";
+    // Without a header, nothing is missing at the end.
+    if (place.HasCount() || place.Word().mType != NPattern::kEnd) return "";
     return "after " + place.Header() + " comes the piece to be captured";
 }
 
 std::string HintBeforeHeader(const FaultPlace& place)
 {
-    if (!place.HasCount() || place.HasHeader() || !place.IsHeader(1)) return "";
+    if (!place.HasCount() || !place.IsHeader(1)) return "";
     const std::string& count = place.Token(0).mText;
     const std::string& name = place.Token(1).mText;
     if (place.IsAttached(1))

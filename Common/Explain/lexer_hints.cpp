@@ -37,8 +37,7 @@ std::string HintByteValue(const std::string& fault)
             [](char c) { return NPattern::IsHexDigit(static_cast<NPattern::Byte>(c)); }) -
         fault.begin());
     const std::string hint = "between { and } a byte has exactly two hexadecimal digits";
-    const bool hasPrefix = digits == 1 && fault.size() > 1 && (fault[1] == 'x' || fault[1] == 'X');
-    if (hasPrefix) return hint + " and no prefix 0x";
+    if (fault[1] == 'x' || fault[1] == 'X') return hint + " and no prefix 0x";
     if (digits == 1) return hint + ": 0" + fault[0];
     const std::string separate = ", and spaces or commas separate bytes";
     if (digits != 4) return hint + separate;
@@ -67,18 +66,12 @@ constexpr ForeignSign kForeignSigns[] = {
     {"|", "a parsing string has no alternatives; for a single character use a set: [[ab]]"},
 };
 
-bool IsHexDigitAt(std::string_view text, std::size_t position)
-{
-    return position < text.size() &&
-           NPattern::IsHexDigit(static_cast<NPattern::Byte>(text[position]));
-}
-
 // The text that was most likely meant: up to what begins another piece.
 std::string_view TextAt(std::string_view fault)
 {
-    const std::size_t end = fault.find_first_of(" \t\r\n'\"[{(#.:=", 1);
-    const bool isName = end != std::string_view::npos && fault[end] == ':';
-    return fault.substr(0, isName ? 1 : end);
+    const std::string_view text = fault.substr(0, fault.find_first_of(" \t\r\n'\"[{(#.:="));
+    const bool isName = fault.substr(text.size()).starts_with(':');
+    return isName ? text.substr(0, 1) : text;
 }
 
 // Returns ": 'text'" as a parsing string has it, or nothing for what is hard to read.
@@ -93,21 +86,24 @@ std::string ProposedText(std::string_view text)
     return ": " + InQuotes(escaped);
 }
 
-std::string HintCharacter(std::string_view fault, NPattern::LexerMode mode)
+std::string HintCharacter(const std::string& fault, NPattern::LexerMode mode)
 {
     const char first = fault.front();
-    if (fault.rfind("\xE2\x80", 0) == 0 || fault.rfind("\xC2\xB4", 0) == 0 || first == '`') {
+    if (fault.starts_with("\xE2\x80") || fault.starts_with("\xC2\xB4") || first == '`') {
         return "this is not a plain quote; a word processor may have put it there. Use ' or \"";
     }
     if (mode == NPattern::kByteSetMode) {
         return "between { and } write bytes of two hexadecimal digits, such as 0D or 41-5A; "
                "characters go between [ and ]";
     }
-    if (fault.rfind("\\x", 0) == 0 && IsHexDigitAt(fault, 2) && IsHexDigitAt(fault, 3)) {
-        return "a byte is written in braces: {{" + std::string(fault.substr(2, 2)) + "}}";
+    const auto isHexDigit = [&fault](std::size_t position) {
+        return NPattern::IsHexDigit(static_cast<NPattern::Byte>(fault[position]));
+    };
+    if (fault.starts_with("\\x") && isHexDigit(2) && isHexDigit(3)) {
+        return "a byte is written in braces: {{" + fault.substr(2, 2) + "}}";
     }
     for (const ForeignSign& row : kForeignSigns) {
-        if (fault.rfind(row.mSign, 0) == 0) return std::string(row.mInstead);
+        if (fault.starts_with(row.mSign)) return std::string(row.mInstead);
     }
     if (fault == "$")
         return "nothing has to mark the end: a message can always go on after the last piece";
@@ -127,7 +123,7 @@ std::string HintUnclosed(std::string_view fault)
 {
     const char open = fault.front();
     const char close = open == '{' ? '}' : ']';
-    const bool isDouble = fault.size() > 1 && fault[1] == open;
+    const bool isDouble = fault.starts_with(std::string(2, open));
     std::string hint =
         "the set that starts here has no closing " + std::string(isDouble ? 2 : 1, close);
     if (fault.find("\\]") != std::string_view::npos)

@@ -123,9 +123,8 @@ std::string VerdictWords(const Stop& stop)
 std::string HintOtherCase(const Stop& stop)
 {
     const auto* const text = ElementAs<StringElement>(stop.mPiece);
-    if (text == nullptr || stop.mRest.size() < text->MatchText().size()) return "";
-    if (!NPattern::EqualsIgnoringCase(text->MatchText(),
-                                      stop.mRest.substr(0, text->MatchText().size()))) {
+    if (text == nullptr || !NPattern::EqualsIgnoringCase(
+                               text->MatchText(), stop.mRest.substr(0, text->MatchText().size()))) {
         return "";
     }
     return "only uppercase and lowercase differ: a text in \"double quotes\" ignores that";
@@ -162,7 +161,7 @@ std::string HintFirstSpace(const Stop& stop)
 
 std::string HintSpace(const Stop& stop)
 {
-    if (stop.IsUsedUp() || !NPattern::IsSpace(stop.Next())) return "";
+    if (!NPattern::IsSpace(stop.Next())) return "";
     const auto* const text = ElementAs<StringElement>(stop.mPiece);
     if (text != nullptr && AgreementWith(*text, stop.mRest) > 0) return "";
     // These do not refuse the space, but a message that is too short.
@@ -173,7 +172,6 @@ std::string HintSpace(const Stop& stop)
         return "this set takes spaces, but no other white space; [ \\t\\r\\n] takes any";
     }
     if (stop.mIndex == 0) return HintFirstSpace(stop);
-    if (stop.mPiece.mSkipsSpace) return "";
     return "white space is skipped only between two pieces that read text, and " +
            PieceName(stop.mPiece.mElement->IsBinary() ? stop.mIndex : stop.mIndex - 1) +
            " reads bytes; " + SetFor(stop.mRest) + " takes it";
@@ -207,8 +205,8 @@ std::string HintHexPrefix(const Stop& stop)
 
 std::string HintSign(const Stop& stop)
 {
-    const auto* const number = ElementAs<NumberElement>(stop.mPiece);
-    if (number == nullptr || !number->IsHex()) return "";
+    if (ElementAs<NumberElement>(stop.mPiece) == nullptr) return "";
+    // A decimal number never refuses them.
     if (stop.Next() != '-' && stop.Next() != '+') return "";
     return "a hexadecimal number has no sign";
 }
@@ -217,8 +215,7 @@ std::string HintSign(const Stop& stop)
 std::string HintFurtherOn(const Stop& stop)
 {
     const auto* const number = ElementAs<NumberElement>(stop.mPiece);
-    if (number != nullptr && !number->IsHex() && !stop.IsUsedUp() &&
-        NPattern::IsAlpha(stop.Next())) {
+    if (number != nullptr && !number->IsHex() && NPattern::IsAlpha(stop.Next())) {
         const std::size_t digit = stop.mRest.find_first_of("0123456789");
         if (digit == std::string_view::npos) return "";
         return "the number comes later, after " + Excerpt(stop.mRest.substr(0, digit)) +
@@ -267,10 +264,9 @@ std::string HintCut(const Stop& stop)
 
 std::string HintEmptyRest(const Stop& stop)
 {
-    if (!stop.IsUsedUp() || stop.mIsCut || stop.mMessage.empty() ||
-        ElementAs<EOLElement>(stop.mPiece) == nullptr) {
-        return "";
-    }
+    // It refuses nothing else.
+    const bool isLine = ElementAs<EOLElement>(stop.mPiece) != nullptr;
+    if (!isLine || stop.mIsCut || stop.mMessage.empty()) return "";
     return "each piece needs at least one character, even eol";
 }
 
@@ -278,10 +274,7 @@ std::string HintEmptyRest(const Stop& stop)
 std::string HintWildcard(const Stop& stop)
 {
     const auto* const text = ElementAs<StringElement>(stop.mPiece);
-    if (text == nullptr ||
-        text->MatchText().find(static_cast<char>(NPattern::kWildcardByte)) == std::string::npos) {
-        return "";
-    }
+    if (text == nullptr) return "";
     const std::size_t length = std::min(AgreementWith(*text, stop.mRest), stop.mRest.size());
     for (std::size_t i = 0; i < length; ++i) {
         const std::size_t bytes = Utf8Length(stop.mRest, i);

@@ -75,11 +75,9 @@ std::string CountBefore(const std::string& count, const std::string& word)
 
 std::string HintZeroCount(const FaultPlace& place)
 {
-    if (!place.HasCount() || place.Count().mValue != 0 ||
-        FindByteClass(place.Word().mText) == NPattern::kClassNone) {
-        return "";
-    }
-    return "a count is at least 1";
+    // A class is at fault only because of its count.
+    const bool isClass = FindByteClass(place.Word().mText) != NPattern::kClassNone;
+    return isClass && place.Count().mValue == 0 ? "a count is at least 1" : "";
 }
 
 std::string HintCountAfterWord(const FaultPlace& place)
@@ -94,8 +92,8 @@ std::string HintCountAfterWord(const FaultPlace& place)
 std::string HintByteNumber(const FaultPlace& place)
 {
     const std::string& word = place.Word().mText;
-    if (!place.HasCount() || place.HasHeader() || place.Count().mText != "0" || word.size() < 2 ||
-        (word[0] != 'x' && word[0] != 'X') || !IsHexText(word.substr(1))) {
+    if (place.HasHeader() || place.Count().mText != "0" || (word[0] != 'x' && word[0] != 'X') ||
+        !IsHexText(word.substr(1))) {
         return "";
     }
     const std::string digits = word.substr(1);
@@ -142,15 +140,10 @@ std::string HintWord(const FaultPlace& place)
 {
     const LToken& word = place.Word();
     if (word.mType != NPattern::kIdentifier) return "";
-    if (!place.HasHeader() && (place.IsSymbol(1, ':') || place.IsSymbol(1, '='))) return "";
-    if (IsCountable(word.mText)) return "";
-    if (place.HasCount() && EqualsIgnoringCase(word.mText, NPattern::kEolWord)) {
-        return "a count cannot come before eol";
-    }
+    if (EqualsIgnoringCase(word.mText, NPattern::kEolWord)) return "a count cannot come before eol";
     const std::size_t digits = word.mText.find_first_of("0123456789");
     const std::string stem = word.mText.substr(0, digits);
     const bool endsInDigits =
-        digits != std::string::npos &&
         word.mText.find_first_not_of("0123456789", digits) == std::string::npos;
     if (endsInDigits && IsCountable(stem)) return CountBefore(word.mText.substr(digits), stem);
 
@@ -163,19 +156,9 @@ std::string HintWord(const FaultPlace& place)
     return hint;
 }
 
-// True for a sign that no piece begins with.
-bool IsStray(const LToken& token)
-{
-    return token.mType == NPattern::kSymbol &&
-           std::string_view(",-:=^]})").find(token.mText) != std::string_view::npos;
-}
-
 std::string HintBareNumber(const FaultPlace& place)
 {
-    const LToken& word = place.Word();
-    const bool canFollow =
-        word.mType == NPattern::kIdentifier || (word.mType == NPattern::kSymbol && !IsStray(word));
-    if (!place.HasCount() || canFollow) return "";
+    if (!place.HasCount() || place.Word().mType == NPattern::kIdentifier) return "";
     const std::string& count = place.Count().mText;
     std::string hint =
         "a number alone is only a count. If it is a text of the message, write it in quotes: " +
@@ -188,7 +171,7 @@ std::string HintBareNumber(const FaultPlace& place)
 
 std::string HintStraySymbol(const FaultPlace& place)
 {
-    const LToken& symbol = place.HasHeader() ? place.Word() : place.Token(0);
+    const LToken& symbol = place.Word();
     const std::string inQuotes =
         "if it is a text of the message, write it in quotes: " + InQuotes(symbol.mText);
     for (const char c : {',', '-', ':', '=', '^'}) {

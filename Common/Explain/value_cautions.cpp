@@ -15,7 +15,6 @@ using NPattern::Byte;
 using NPattern::BytesetElement;
 using NPattern::NumberElement;
 using NPattern::Parameter;
-using NPattern::StringElement;
 
 namespace {
 
@@ -28,13 +27,11 @@ bool IsHexNumber(const Piece& piece)
     return number != nullptr && number->IsHex();
 }
 
-// The most digits that the piece can take; 0: no limit.
+// The most digits that the piece can take, if it is a number with a limit; otherwise 0.
 std::int32_t MostDigits(const Piece& piece)
 {
-    if (const auto* const number = ElementAs<NumberElement>(piece)) return number->IntegerDigits();
-    if (const auto* const set = ElementAs<BytesetElement>(piece)) return set->Length();
-    const auto* const text = ElementAs<StringElement>(piece);
-    return text != nullptr ? static_cast<std::int32_t>(text->MatchText().size()) : 0;
+    const auto* const number = ElementAs<NumberElement>(piece);
+    return number != nullptr ? number->IntegerDigits() : 0;
 }
 
 // The digits at the start of a text that the engine converts to an integer, without zeros in front.
@@ -53,24 +50,17 @@ bool CapturesDecimal(const Piece& piece)
            piece.mCaptures[0].mType != NPattern::kTypeString;
 }
 
-// A set that takes all of the signs before a number, but no digits.
-bool TakesSign(const Piece& piece)
+// A set that takes as many bytes as there are.
+bool TakesRun(const Piece& piece)
 {
-    const ByteSet taken = BytesNeverAfter(piece);
-    return ElementAs<BytesetElement>(piece) != nullptr && (taken['-'] || taken['.']) &&
-           (taken & DigitBytes()).none();
-}
-
-std::string NameOf(const Parameter& capture)
-{
-    return capture.mName.empty() ? "the value" : capture.mName;
+    const auto* const set = ElementAs<BytesetElement>(piece);
+    return set != nullptr && set->Length() == 0;
 }
 
 // Each returns a warning about the value that a piece captured, or an empty text.
 
 std::string ClampedWords(const Piece& piece, std::string_view taken)
 {
-    if (!CanBeClamped(piece)) return "";
     const bool hex = IsHexNumber(piece);
     const std::int32_t value = NPattern::IntegerOf(taken, hex ? 16 : 10);
     const bool isLargest = value == std::numeric_limits<std::int32_t>::max();
@@ -78,26 +68,25 @@ std::string ClampedWords(const Piece& piece, std::string_view taken)
     const std::string_view digits = DigitsOf(taken, hex);
     const char* const exact = hex ? "7FFFFFFF" : isLargest ? "2147483647" : "2147483648";
     if (NPattern::EqualsIgnoringCase(digits, exact)) return "";
-    return "the number " + std::string(digits) + " is too large, so " + NameOf(piece.mCaptures[0]) +
+    return "the number " + std::string(digits) + " is too large, so " + piece.mCaptures[0].mName +
            " is " + std::to_string(value) + "; a string keeps all digits" +
            (hex ? "" : ", and a float holds 15");
 }
 
 std::string DroppedWords(const Piece& piece, std::string_view taken)
 {
-    if (!CanDropBytes(piece) || taken.size() <= kIntegerBytes) return "";
+    if (taken.size() <= kIntegerBytes) return "";
     const bool isBig = piece.mCaptures[0].mType == NPattern::kTypeBInteger;
     const std::string_view dropped =
         isBig ? taken.substr(0, taken.size() - kIntegerBytes) : taken.substr(kIntegerBytes);
     if (dropped.find_first_not_of('\0') == std::string_view::npos) return "";
     return "only the " + std::string(isBig ? "last" : "first") + " four of " +
-           CountOf(taken.size(), "byte") + " are in " + NameOf(piece.mCaptures[0]);
+           CountOf(taken.size(), "byte") + " are in " + piece.mCaptures[0].mName;
 }
 
 std::string CutWords(const Take& take, std::string_view message)
 {
-    const std::size_t start = take.mSpan.mStart;
-    if (start == 0 || !NPattern::IsDigit(static_cast<Byte>(message[start - 1]))) return "";
+    if (!NPattern::IsDigit(static_cast<Byte>(message[take.mSpan.mStart - 1]))) return "";
     return "the number starts at " + AlwaysQuoted(take.mSpan.Of(message)) +
            ", because the piece before it took the digits before that";
 }
@@ -111,7 +100,7 @@ bool IsDigitAt(std::string_view text, std::size_t position)
 std::string CutSignWords(const Piece& piece, const Take& take, std::string_view message)
 {
     const std::size_t start = take.mSpan.mStart;
-    if (start == 0 || !IsDigitAt(message, start)) return "";
+    if (!IsDigitAt(message, start)) return "";
     const char cut = message[start - 1];
     const bool mayBeCut = cut == '-' || (cut == '.' && ElementAs<NumberElement>(piece)->HasPoint());
     const bool isInWord =
@@ -128,7 +117,7 @@ std::string NoDigitWords(const Piece& piece, const Take& take, std::string_view 
 {
     const std::string_view taken = take.mSpan.Of(message);
     if (taken.find_first_of(kDigits) != std::string_view::npos) return "";
-    return "there is no digit in " + AlwaysQuoted(taken) + ", so " + NameOf(piece.mCaptures[0]) +
+    return "there is no digit in " + AlwaysQuoted(taken) + ", so " + piece.mCaptures[0].mName +
            " is 0";
 }
 
@@ -197,7 +186,7 @@ std::string StoppedWords(const Piece& piece, const Take& take, std::string_view 
     }
     if (advice == nullptr) return "";
     const std::size_t end = std::min(rest.find_first_not_of("0123456789+-.,Ee"), rest.size());
-    return NameOf(piece.mCaptures[0]) + " is only " + AlwaysQuoted(taken) + " of " +
+    return piece.mCaptures[0].mName + " is only " + AlwaysQuoted(taken) + " of " +
            AlwaysQuoted(message.substr(take.mSpan.mStart, taken.size() + end)) + "; " + advice;
 }
 
@@ -256,7 +245,7 @@ std::vector<ValueRisk> FindValueRisks(const Pieces& pieces)
     for (std::size_t p = 0; p < pieces.size(); ++p) {
         if (CapturesDecimal(pieces[p])) {
             risks.push_back({kCautionNoDigit, p});
-            if (p > 0 && TakesSign(pieces[p - 1])) risks.push_back({kCautionCutSign, p});
+            if (p > 0 && TakesRun(pieces[p - 1])) risks.push_back({kCautionCutSign, p});
             // A piece after the number takes what comes directly after it.
             if (p + 1 == pieces.size()) risks.push_back({kCautionStopped, p});
         }

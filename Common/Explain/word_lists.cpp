@@ -74,7 +74,7 @@ std::string_view Nearest(const Words& words, std::string_view word)
     for (const std::string_view row : words) {
         const std::size_t distance = Distance(row, word);
         // Short words resemble everything.
-        if (row.size() < 3 || 2 * distance >= row.size() || distance >= least) continue;
+        if (2 * distance >= row.size() || distance >= least) continue;
         nearest = row;
         least = distance;
     }

@@ -36,7 +36,10 @@ TEST(ByteSurvey, FindsHowMessagesEnd)
         {"\x01\x03\x02\x01*8|\x01\x03\x02\x02+\xF9|\x01\x03\x02\x03,\xB9|", "", 3, 6, 6},
         {"\x0A\x81\x91\xA3\x0A\xFF\x0A\x97\x80", "", 0, 0, 0},
         {"T=20.0|T=21.0|T=22.0|", "", 3, 6, 6},  // a digit ends nothing
-        {std::string(3000, 'x') + "\n" + std::string(3000, 'x') + "\n", "", 0, 0, 0},
+        {std::string(2047, 'x') + "\n" + std::string(2047, 'x') + "\n", "\n", 2, 2047, 2047},
+        {std::string(2048, 'x') + "\n" + std::string(2048, 'x') + "\n", "", 0, 0, 0},
+        {"\r\n" + std::string(254, '\x81') + "\r\n\r\n", "\r\n", 3, 0, 254},
+        {"\r\n" + std::string(255, '\x81') + "\r\n\r\n", "", 0, 0, 0},
         {"", "", 0, 0, 0},
     };
     for (const Row& row : rows) {
@@ -63,7 +66,7 @@ TEST(ByteSurvey, SaysWhatItFinds)
     ASSERT_EQ(findings.size(), 5U);
     EXPECT_EQ(findings[0], "each message seems to end with ETX; use -e 3");
     EXPECT_EQ(findings[1], "2 messages of 7 bytes, without its end");
-    EXPECT_EQ(findings[2], "17 bytes, of which 2 are above 127 and 1 are 00");
+    EXPECT_EQ(findings[2], "17 bytes, 2 of them above 127, 1 of them 00");
 }
 
 }  // namespace

@@ -250,11 +250,14 @@ TEST(Explain, ShowsBytesAsText)
     EXPECT_EQ(Quoted("ab"), "ab");
     EXPECT_EQ(Quoted(""), "\"\"");
     EXPECT_EQ(HexOf("\0\xAF"s), "00AF");
+    for (const char* const line : {"", "a\t", "\t", "\r", "\n"}) EXPECT_FALSE(IsBinary(line));
+    for (const char* const bytes : {"\x01", "\xFF", "a\x7F"}) EXPECT_TRUE(IsBinary(bytes));
     struct Row {
         std::string mText;
         bool mIsUtf8;
     };
     for (const Row& row : {Row{"\xC3\xA4", true},
+                           {"\x7F", true},
                            {"\xC1\x81", false},
                            {"\xE0\x9F\x80", false},
                            {"\xED\xA0\x80", false},

@@ -41,7 +41,7 @@ TEST_F(Sift, ReadsTheFilesThatItCan)
         {"n:i=# --count ", "2\n"},
         {"n:i=# --trace --misses ", "n=1\n~n=2\n"},
         {"n:i=# --json ", "\"n\":1}}\n{\"type\":\"error\",\"error\":\"~\"n\":2}}\n{\"type\":\"sum"},
-        {"--show ", "  31 0D 0A ~3 bytes~ are 00\n       0  32 0D 0A ~3 bytes~ are 00\n"},
+        {"--show ", "  31 0D 0A ~3 bytes~ of them 00\n       0  32 0D 0A ~3 bytes~ of them 00\n"},
         {"--suggest ", "matches 2 of 2 messages"},
     };
     const std::string one = Write("one", "1\r\n");
