@@ -92,20 +92,12 @@ class BytesWriter {
     // Adds a field that begins at start, and returns its length. length: of the varying bytes.
     std::size_t AddVarying(std::size_t start, std::size_t length)
     {
-        if (length > 1 && IsCounter(start, start + 1)) {
-            AddField("counter", ":binteger=2 bytes");
-            return 2;
-        }
-        if (length > 1 && IsCounter(start + 1, start)) {
-            AddField("counter", ":linteger=2 bytes");
-            return 2;
-        }
-        if (IsCounter(start, start)) {
+        if (IsCounter(start)) {
             AddField("counter", ":integer=byte");
             return 1;
         }
-        std::size_t end = start + 1;
-        while (end < start + length && !IsCounter(end, end)) ++end;
+        std::size_t end = start;
+        while (end < start + length && !IsCounter(end)) ++end;
         if (end - start > 1) {
             AddField("data", ":string=" + std::to_string(end - start) + " bytes");
         } else if (const std::string bits = BitsAt(start); !bits.empty()) {
@@ -116,23 +108,19 @@ class BytesWriter {
         return end - start;
     }
 
-    // True if the number of the bytes at two positions, which may be the same, is one larger from
-    // each message to the next.
-    bool IsCounter(std::size_t high, std::size_t low) const
+    // True if the byte is one larger from each message to the next. A larger counter can't be seen:
+    // its lower byte becomes NUL, which ends a message.
+    bool IsCounter(std::size_t position) const
     {
         if (mMessages.size() < kLeastForCounter) return false;
-        const unsigned size = high == low ? 0x100 : 0x10000;
-        const auto valueOf = [&](std::size_t m) {
-            return high == low ? At(m, low) : At(m, high) * 0x100U + At(m, low);
-        };
         for (std::size_t m = 1; m < mMessages.size(); ++m) {
-            if ((valueOf(m - 1) + 1) % size != valueOf(m)) return false;
+            if (At(m - 1, position) + 1 != At(m, position)) return false;
         }
         return true;
     }
 
-    // Returns the form of a byte of which the upper bits are fixed and not all 0, and the lower
-    // ones take every value. Otherwise, and for printable bytes, returns an empty text.
+    // Returns the form of a byte of which the upper bits are fixed, and the lower ones take every
+    // value. Otherwise, and for printable bytes, returns an empty text.
     std::string BitsAt(std::size_t position) const
     {
         if (mMessages.size() < kLeastForBits) return "";
@@ -144,8 +132,6 @@ class BytesWriter {
         }
         const bool isText = std::all_of(seen.begin(), seen.end(), NPattern::IsPrint);
         if (isText || seen.size() != varying + 1) return "";
-        const bool isLowRun = (varying & (varying + 1)) == 0;
-        if (!isLowRun || (At(0, position) & ~varying) == 0) return "";
         unsigned last = 0;
         while ((varying >> (last + 1)) != 0) ++last;
         return "0-" + std::to_string(last);

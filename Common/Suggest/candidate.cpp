@@ -27,14 +27,15 @@ const Byte* BytesOf(std::string_view message)
     return reinterpret_cast<const Byte*>(message.data());
 }
 
-// True if rest goes on with a number of which the last digit is before it: 5, .5, ,5, E-5.
+// True if rest goes on with a number of which the last digit is before it: 5, .5, ,5, E-5. rest:
+// not empty.
 bool ContinuesNumber(std::string_view rest)
 {
     const std::size_t mark = rest.find_first_not_of(".,Ee") == 1 ? 1 : 0;
-    const bool isExponent = mark != 0 && (rest[0] == 'E' || rest[0] == 'e');
+    const bool isExponent = rest[0] == 'E' || rest[0] == 'e';
     rest.remove_prefix(mark);
     if (isExponent && (rest[0] == '+' || rest[0] == '-')) rest.remove_prefix(1);
-    return !rest.empty() && NPattern::IsDigit(static_cast<Byte>(rest[0]));
+    return rest.find_first_of("0123456789") == 0;
 }
 
 void Keep(const std::string& text, bool isFirst, OutputRange& ioRange)
@@ -68,7 +69,9 @@ Candidate::Candidate(const std::string& pattern) : mPieces(NExplain::TakeApart(p
     std::vector<Parameter> captures;
     mPattern.CollectParameters(captures);
     for (const Parameter& capture : captures) {
-        mSuggestion.mOutputs.push_back({capture.mName, capture.mType, 0, 0, {}, 0, 0});
+        OutputRange& output = mSuggestion.mOutputs.emplace_back();
+        output.mName = capture.mName;
+        output.mType = capture.mType;
     }
 }
 
@@ -81,7 +84,7 @@ bool Candidate::Matches(std::string_view message)
 {
     const Byte* const end =
         mPattern.Match(BytesOf(message), static_cast<std::uint32_t>(message.size()));
-    return end != nullptr && !IsCutBefore(message, RestOf(message, end));
+    return end != nullptr;
 }
 
 bool Candidate::Count(std::string_view message)
@@ -110,12 +113,12 @@ std::string_view Candidate::RestOf(std::string_view message, const Byte* end)
 bool Candidate::IsCutBefore(std::string_view message, std::string_view rest) const
 {
     const NExplain::Piece& last = mPieces.back();
-    if (rest.empty() || rest.size() == message.size() || last.mElement->IsBinary()) return false;
-    const auto before = static_cast<Byte>(message[message.size() - rest.size() - 1]);
+    if (rest.empty() || last.mElement->IsBinary()) return false;
     const auto* const number = NExplain::ElementAs<NPattern::NumberElement>(last);
     if (number != nullptr && number->IsHex()) {
-        return NPattern::IsHexDigit(before) && NPattern::IsHexDigit(static_cast<Byte>(rest[0]));
+        return NPattern::IsHexDigit(static_cast<Byte>(rest[0]));
     }
+    const auto before = static_cast<Byte>(message[message.size() - rest.size() - 1]);
     return NPattern::IsDigit(before) && ContinuesNumber(rest);
 }
 
@@ -124,11 +127,9 @@ bool Candidate::IsClamped(std::string_view message)
 {
     using Limits = std::numeric_limits<std::int32_t>;
     const std::vector<Parameter>& values = mCaptured.Entries();
-    const bool isAtLimit =
-        !mRisks.empty() && std::any_of(values.begin(), values.end(), [](const Parameter& value) {
-            return value.IsInteger() &&
-                   (value.mIntValue == Limits::max() || value.mIntValue == Limits::min());
-        });
+    const bool isAtLimit = std::any_of(values.begin(), values.end(), [](const Parameter& value) {
+        return value.mIntValue == Limits::max() || value.mIntValue == Limits::min();
+    });
     if (!isAtLimit) return false;
     const NExplain::Trace trace = NExplain::TraceMatch(mPieces, message);
     return !NExplain::FindValueCautions(mPieces, mRisks, message, trace).empty();
@@ -139,11 +140,13 @@ void Candidate::KeepValues()
     const bool isFirst = mSuggestion.mMatched == 0;
     const std::vector<Parameter>& values = mCaptured.Entries();
     for (std::size_t v = 0; v < values.size(); ++v) {
+        const Parameter& value = values[v];
         OutputRange& range = mSuggestion.mOutputs[v];
-        switch (values[v].mType) {
-            case NPattern::kTypeString: Keep(values[v].mStringValue, isFirst, range); break;
-            case NPattern::kTypeFloat: Keep(values[v].mFloatValue, isFirst, range); break;
-            default: Keep(values[v].mIntValue, isFirst, range); break;
+        if (value.mType == NPattern::kTypeString) {
+            Keep(value.mStringValue, isFirst, range);
+        } else {
+            const bool isFloat = value.mType == NPattern::kTypeFloat;
+            Keep(isFloat ? value.mFloatValue : value.mIntValue, isFirst, range);
         }
     }
 }
@@ -164,8 +167,8 @@ void Candidate::CountEmptyField(std::string_view message)
         return;
     }
     const NExplain::Trace trace = NExplain::TraceMatch(mPieces, message);
-    const std::size_t piece = trace.mRefusedBy.value_or(0);
-    if (piece == 0 || mPieces[piece].mCaptures.empty()) return;
+    const std::size_t piece = trace.mRefusedBy.value();
+    if (mPieces[piece].mCaptures.empty()) return;
     const std::string_view rest = message.substr(trace.mStoppedAt);
     const bool isEmpty = rest.empty() || IsTextNext(piece + 1, rest);
     if (isEmpty) ++mEmpty[piece];

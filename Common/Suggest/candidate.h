@@ -23,7 +23,7 @@ class Candidate {
 
     bool HasCautions() const;
 
-    // Matches without keeping anything. A match that ends within a number is none.
+    // Matches without keeping anything.
     bool Matches(std::string_view message);
 
     // Counts the message. Returns true if it matches and no value is cut or too large for its type.

@@ -19,26 +19,6 @@ bool IsSeparator(const MessageToken& token, std::string_view separators)
            separators.find(token.mText.front()) != std::string_view::npos;
 }
 
-// Tokens are of the same class if one column can hold them: all kinds of words and numbers, or the
-// same mark.
-char ClassOf(const MessageToken& token)
-{
-    switch (token.mKind) {
-        case TokenKind::kSpace: return ' ';
-        case TokenKind::kMark: return token.mText.front();
-        case TokenKind::kPrefix: return 'x';
-        case TokenKind::kOther: return 'o';
-        default: return 'a';
-    }
-}
-
-std::string ShapeOf(const MessageTokens& tokens)
-{
-    std::string shape;
-    for (const MessageToken& token : tokens) shape += ClassOf(token);
-    return shape;
-}
-
 class ColumnSplitter {
   public:
     explicit ColumnSplitter(Sameness sameness) : mSameness(sameness) {}
@@ -52,18 +32,18 @@ class ColumnSplitter {
     {
         std::vector<std::vector<std::string_view>> words;
         std::size_t least = std::string_view::npos;
-        std::size_t most = 0;
+        bool areAsMany = true;
         for (const std::string_view value : segment) {
             words.push_back(WordsIn(value));
             least = std::min(least, words.back().size());
-            most = std::max(most, words.back().size());
+            areAsMany = areAsMany && words.back().size() == words.front().size();
         }
         std::vector<Column> columns(least);
         for (std::size_t w = 0; w < least; ++w) {
             for (const auto& ofValue : words) columns[w].push_back(ofValue[w]);
         }
         // If the numbers of words differ, the words after the last one that is no text are a text.
-        while (least != most && !columns.empty() && IsText(columns.back())) columns.pop_back();
+        while (!areAsMany && !columns.empty() && IsText(columns.back())) columns.pop_back();
         for (const Column& column : columns) AddWord(column);
         if (columns.size() == least) return;
         Column rest;
@@ -91,7 +71,8 @@ class ColumnSplitter {
     // words: without white space.
     void AddWord(const Column& words)
     {
-        const bool isFixed = AreEqual(words) && mSameness == Sameness::kText && !HasClock(words[0]);
+        const bool isFixed =
+            AreEqual(words) && mSameness == Sameness::kText && !HasClock(words.front());
         if (isFixed || (!AddTokens(words, Grain::kCoarse) && !AddTokens(words, Grain::kFine))) {
             AddColumn(words);
         }
@@ -111,19 +92,15 @@ class ColumnSplitter {
         std::vector<MessageTokens> tokens;
         for (const std::string_view word : words) {
             tokens.push_back(Tokenize(word, grain));
-            if (ShapeOf(tokens.back()) != ShapeOf(tokens.front())) return false;
+            if (tokens.back().size() != tokens.front().size()) return false;
         }
         std::vector<Column> columns(tokens.front().size());
         for (std::size_t t = 0; t < columns.size(); ++t) {
             for (const MessageTokens& ofWord : tokens) columns[t].push_back(ofWord[t].mText);
         }
-        for (std::size_t t = 0; columns.size() > 1 && t < columns.size(); ++t) {
+        for (std::size_t t = 0; t < columns.size(); ++t) {
             const bool isHex = t != 0 && tokens.front()[t - 1].mKind == TokenKind::kPrefix;
             if (!isHex && !StandsAlone(columns, t)) return false;
-        }
-        // One token that is no number may be a letter and a number: A17.
-        if (columns.size() == 1 && ValuesOf(columns[0], mSameness).mKind >= ValueKind::kVisible) {
-            return false;
         }
         for (Column& column : columns) AddColumn(std::move(column));
         return true;

@@ -48,16 +48,18 @@ Fields FieldsOf(std::string_view message, char separator)
 
 std::string_view IdentifierOf(std::string_view message)
 {
-    const bool isSentence = message.size() > 6 && message[0] == '$' && message[6] == ',';
+    const bool isSentence = message.starts_with('$') && message.find(',') == 6;
     return isSentence ? message.substr(3, 3) : "";
 }
 
+// True for numbers, dates and times, which may be quoted.
 bool IsNumber(std::string_view field)
 {
-    if (field.size() > 2 && field.front() == '"' && field.back() == '"') {
-        field = field.substr(1, field.size() - 2);
-    }
-    return IsToken(field, TokenKind::kNumber) || IsToken(field, TokenKind::kExponent);
+    if (field.starts_with('"')) field = field.substr(1, std::max<std::size_t>(field.size(), 2) - 2);
+    const MessageTokens tokens = Tokenize(field);
+    if (tokens.size() != 1) return false;
+    const TokenKind kind = tokens[0].mKind;
+    return kind == TokenKind::kNumber || kind == TokenKind::kExponent || IsClock(kind);
 }
 
 bool IsHeading(std::string_view field)
@@ -65,11 +67,11 @@ bool IsHeading(std::string_view field)
     const std::size_t start = field.find_first_not_of("\"'#");
     return start != std::string_view::npos &&
            NPattern::IsAlpha(static_cast<NPattern::Byte>(field[start])) &&
-           !NameFrom(field).empty() && field.find_first_of("=:") == std::string_view::npos;
+           field.find_first_of("=:") == std::string_view::npos;
 }
 
 // True if most messages have as many fields as the header line and numbers in one of them, or in
-// nearly all that white space separates. A field that repeats its heading isn't one of a table.
+// all but one that white space separates. A field that repeats its heading isn't one of a table.
 bool IsTable(const Column& messages, std::size_t count, char separator)
 {
     const Fields headings = FieldsOf(TrimmedRight(messages[0]), separator);
@@ -86,7 +88,7 @@ bool IsTable(const Column& messages, std::size_t count, char separator)
     }
     const auto columns = static_cast<std::size_t>(std::count_if(
         numbers.begin(), numbers.end(), [alike](std::size_t n) { return n * 10 >= alike * 9; }));
-    const std::size_t least = separator == ' ' ? std::max<std::size_t>(count - 1, 2) : 1;
+    const std::size_t least = separator == ' ' ? count - 1 : 1;
     return alike * 2 > messages.size() - 1 && columns >= least;
 }
 
@@ -94,7 +96,7 @@ bool IsTable(const Column& messages, std::size_t count, char separator)
 
 std::optional<KnownNames> HeadingsIn(const Column& messages)
 {
-    if (messages.size() < 2) return std::nullopt;
+    if (messages.empty()) return std::nullopt;
     std::string_view first = TrimmedRight(messages.front());
     for (const char separator : std::string(kTableSeparators) + ' ') {
         const Fields fields = FieldsOf(first, separator);

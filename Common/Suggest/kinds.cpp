@@ -69,7 +69,7 @@ std::string_view LettersOf(std::string_view word)
 
 BeginningKey BeginningOf(std::string_view message)
 {
-    const MessageTokens tokens = Tokenize(message.substr(0, 128));
+    const MessageTokens tokens = Tokenize(message);
     std::string marks;
     std::size_t t = 0;
     const auto isMark = [&](std::size_t i) {
@@ -125,12 +125,13 @@ bool IsOnlyWords(const std::string& shape)
     return NPattern::IsDigit(static_cast<NPattern::Byte>(shape[end - 1])) && shape.back() == '0';
 }
 
-// Which segments are empty: '0' for each of those, '1' for the others.
-std::string EmptinessOf(std::string_view message, const Cuts& cuts)
+using Emptiness = std::vector<bool>;  // for each segment: it is empty
+
+Emptiness EmptinessOf(std::string_view message, const Cuts& cuts)
 {
-    std::string emptiness;
+    Emptiness emptiness;
     for (const std::string_view text : SegmentsOf(message, cuts).mTexts) {
-        emptiness += Trimmed(text).empty() ? '0' : '1';
+        emptiness.push_back(Trimmed(text).empty());
     }
     return emptiness;
 }
@@ -166,12 +167,8 @@ bool IsRaw(std::string_view message, const std::string& marks)
 
 class KindFinder {
   public:
-    std::vector<Kind> Find(const Column& all)
+    std::vector<Kind> Find(const Column& messages)
     {
-        Column messages;
-        for (const std::string_view message : all) {
-            if (!TrimmedRight(message).empty()) messages.push_back(message);
-        }
         Column texts;
         Column raws;
         for (auto& [first, group] : GroupsBy(messages, [](std::string_view m) { return m[0]; })) {
@@ -206,10 +203,9 @@ class KindFinder {
 
     void AddRaws(const Column& messages)
     {
-        if (messages.empty()) return;
         auto groups = GroupsBy(messages, [](std::string_view m) { return m[0]; });
         // Many first bytes are a value.
-        if (groups.size() > kMostWordKinds) groups = {{'\0', messages}};
+        if (groups.size() > kMostWordKinds) groups = {{char(), messages}};
         for (auto& [first, group] : groups) {
             const auto lengths = GroupsBy(group, [](std::string_view m) { return m.size(); });
             if (!AddMain(lengths, group.size(), kMostStructures, [this](const Column& same) {
@@ -222,7 +218,6 @@ class KindFinder {
 
     void AddTexts(Column messages)
     {
-        if (messages.empty()) return;
         for (std::string_view& message : messages) message = TrimmedRight(message);
         mCuts = {SeparatorsOf(messages)};
         auto groups = GroupsBy(messages, BeginningOf);
@@ -253,26 +248,23 @@ class KindFinder {
     // A first word that is followed by the same structure as others is a value.
     void AddWords(const Column& messages, std::vector<std::pair<std::string, Column>>& groups)
     {
-        std::map<std::string, std::pair<std::size_t, Column>> byShape;  // with the number of words
+        std::map<std::string, Column> byShape;
         const auto mainShapeOf = [this](const Column& group) {
             const auto shapeOf = [this](std::string_view m) { return ShapeOf(m, mCuts); };
             return GroupsBy(group, shapeOf).front().first;
         };
         for (const auto& [word, group] : groups) {
-            const std::string shape = mainShapeOf(group);
-            auto& [count, all] = byShape[shape];
-            ++count;
+            Column& all = byShape[mainShapeOf(group)];
             all.insert(all.end(), group.begin(), group.end());
         }
         for (const auto& [word, group] : groups) {
             const std::string shape = mainShapeOf(group);
-            auto& [count, all] = byShape[shape];
-            const bool isReply = all.size() < messages.size() && count <= kMostWordKinds;
-            if (IsOnlyWords(shape) && isReply && count != 0) {
+            Column& all = byShape[shape];
+            if (all.empty()) continue;
+            if (IsOnlyWords(shape) && all.size() < messages.size()) {
                 AddGroup(group);
-            } else if (count != 0) {
+            } else {
                 AddGroup(InOrderOf(messages, std::exchange(all, {})));
-                count = 0;
             }
         }
     }
@@ -293,7 +285,7 @@ class KindFinder {
         for (; count < groups.size() && groups[count].second.size() >= least; ++count) {
             covered += groups[count].second.size();
         }
-        if (count == 0 || count > most || covered * 5 < messages * 3) return false;
+        if (count > most || covered * 5 < messages * 3) return false;
         for (std::size_t g = 0; g < count; ++g) add(groups[g].second);
         return true;
     }
@@ -308,7 +300,7 @@ class KindFinder {
         const bool isSplit =
             AddMain(GroupsBy(group, structureOf), group.size(), kMostStructures,
                     [&same](const Column& structure) { same.push_back(structure); });
-        if (same.size() == 1 && isSplit) return AddStructure(same[0]);
+        if (same.size() == 1) return AddStructure(same[0]);
         const Cuts cuts = std::exchange(mCuts, CommonCutsOf(group));
         const std::size_t numbers = NumbersIn(group);
         const bool isText =
@@ -363,9 +355,9 @@ class KindFinder {
 
     // Merges all segments that are sometimes empty and those between them, up to a separator that
     // is in none of them.
-    MergedSegments MergedOf(const std::vector<std::pair<std::string, Column>>& groups) const
+    MergedSegments MergedOf(const std::vector<std::pair<Emptiness, Column>>& groups) const
     {
-        const std::string& model = groups.front().first;
+        const Emptiness& model = groups.front().first;
         std::size_t first = model.size();
         std::size_t last = 0;
         for (const auto& [emptiness, messages] : groups) {

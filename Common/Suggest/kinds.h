@@ -12,9 +12,9 @@
 namespace NSuggest {
 
 struct Kind {
-    Column mMessages;     // texts are trimmed at their end
-    bool mIsRaw = false;  // raw bytes, not text
-    Cuts mCuts;           // of texts: all have the same separators in the same order
+    Column mMessages;  // texts are trimmed at their end
+    bool mIsRaw;       // raw bytes, not text
+    Cuts mCuts;        // of texts: all have the same separators in the same order
     std::optional<MergedSegments> mMerged;  // fields of which now these, now those are empty
 };
 

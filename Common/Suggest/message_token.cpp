@@ -113,8 +113,7 @@ class Splitter {
         } else if (IsPrint(first)) {
             Take(TokenKind::kMark, 1);
         } else {
-            Take(TokenKind::kOther,
-                 first < 0x80 ? 1 : RunOf(Rest(), [](Byte b) { return b >= 0x80; }));
+            Take(TokenKind::kOther, 1);
         }
     }
 
@@ -209,7 +208,6 @@ class Splitter {
         if (run.size() > 2 && run[0] == '0' && (run[1] | NPattern::kCaseBit) == 'x' &&
             RunOf(run.substr(2), IsHexDigit) == run.size() - 2) {
             Take(TokenKind::kPrefix, 2);
-            Take(TokenKind::kMixed, run.size() - 2);
             return true;
         }
         if (RunOf(run, IsHexDigit) != run.size()) return false;

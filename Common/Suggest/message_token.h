@@ -20,7 +20,7 @@ enum class TokenKind {
     kQuoted,    // what is between two double quotes
     kPrefix,    // 0x before a hexadecimal number
     kMark,      // a tab, or one other visible character
-    kOther,     // one control character, or a run of bytes above 127
+    kOther,     // one control character or byte above 127
 };
 
 struct MessageToken {

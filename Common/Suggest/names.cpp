@@ -11,7 +11,6 @@ namespace NSuggest {
 using NPattern::Byte;
 using NPattern::IsAlnum;
 using NPattern::IsAlpha;
-using NPattern::IsDigit;
 
 namespace {
 
@@ -29,11 +28,9 @@ std::string KeyIn(const NameClue& clue, std::string_view text)
 {
     const std::string_view whole = text;
     for (const std::string_view prefix : {"0x", "0X"}) {
-        if (text.size() >= 2 && text.substr(text.size() - 2) == prefix) text.remove_suffix(2);
+        if (text.ends_with(prefix)) text.remove_suffix(2);
     }
-    while (!text.empty() && kBetweenKeyAndValue.find(text.back()) != std::string_view::npos) {
-        text.remove_suffix(1);
-    }
+    text = text.substr(0, text.find_last_not_of(kBetweenKeyAndValue) + 1);
     const std::string_view between = whole.substr(text.size());
     const auto start = std::find_if_not(text.rbegin(), text.rend(), IsKeyByte).base();
     const auto key = text.substr(static_cast<std::size_t>(start - text.begin()));
@@ -42,7 +39,7 @@ std::string KeyIn(const NameClue& clue, std::string_view text)
     const bool isWord = key.find_first_of("./%") == std::string_view::npos;
     // In id=A17, the A is part of the value.
     const std::string_view before = text.substr(0, text.size() - key.size());
-    if (between.empty() && !before.empty() && (before.back() == '=' || before.back() == ':')) {
+    if (between.empty() && (before.ends_with('=') || before.ends_with(':'))) {
         return KeyIn(clue, before);
     }
     if (!isMarked && (!isWord || IsOfClock(clue.mKind))) return "";
@@ -57,8 +54,7 @@ std::string KeyIn(const NameClue& clue, std::string_view text)
 
 std::string_view DefaultName(const NameClue& clue)
 {
-    const bool isChecksum = clue.mIsLast && clue.mIsShort && !clue.mTextBefore.empty() &&
-                            clue.mTextBefore.back() == '*';
+    const bool isChecksum = clue.mIsLast && clue.mIsShort && clue.mTextBefore.ends_with('*');
     if (isChecksum) return "checksum";
     switch (clue.mKind) {
         case ValueKind::kDate: return "date";
@@ -97,8 +93,8 @@ std::string NameFrom(std::string_view text)
         }
         if (name.size() == kLongestName) break;
     }
-    while (!name.empty() && name.back() == '_') name.pop_back();
-    return !name.empty() && IsDigit(static_cast<Byte>(name[0])) ? '_' + name : name;
+    if (name.ends_with('_')) name.pop_back();
+    return name;
 }
 
 std::vector<std::string> NamesOf(const std::vector<NameClue>& clues, std::size_t kept)

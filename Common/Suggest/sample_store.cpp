@@ -40,10 +40,7 @@ std::uint64_t ShapeOf(std::string_view message)
 
 void SampleStore::Add(std::string_view message)
 {
-    const bool isFirst = mMessages.size() < kMostFirst;
-    if (IsRare(mSeen, message) ? HasSpace(kMostMessages) : isFirst && HasSpace(kMostFirst)) {
-        Keep(message);
-    }
+    if (HasSpace(IsRare(mSeen, message) ? kMostMessages : kMostFirst)) Keep(message);
 }
 
 bool SampleStore::AddUnlike(std::string_view message)

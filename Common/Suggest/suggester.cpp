@@ -40,7 +40,6 @@ struct Best {
 
 void TryPattern(const WrittenPattern& written, const Column& messages, Best& ioBest)
 {
-    if (written.mPattern.empty()) return;
     Candidate candidate(written.mPattern);
     if (candidate.HasCautions()) return;
     const auto matched = static_cast<std::size_t>(
@@ -70,7 +69,7 @@ Best BestFor(const Kind& kind, const KnownNames& known)
         TryPattern(WritePattern(messages, columns, sameness, known), messages, best);
     };
     tryCuts(kind.mCuts, kind.mMerged);
-    if (best.mMatched < messages.size()) tryCuts({"", 0}, std::nullopt);
+    if (best.mMatched < messages.size()) tryCuts({}, std::nullopt);
     return best;
 }
 
@@ -112,7 +111,7 @@ void Suggester::Add(std::string_view message)
 
 void Suggester::Count(std::string_view message)
 {
-    if (mCount.mMessages == 0 && !mKnown.mHeadings.empty() && !mHasHeading) {
+    if (!mKnown.mHeadings.empty() && !mHasHeading) {
         mHasHeading = true;
         return;
     }
@@ -176,16 +175,12 @@ void Suggester::WriteCandidates()
         if (!isNamed) known.mGiven = mNames;
         Best best = BestFor(kind, known);
         if (!best.mCandidate || IsTooSpecial(kind, *best.mCandidate)) continue;
-        const auto isSame = [&best](const Candidate& other) {
-            return other.Pattern() == best.mCandidate->Pattern();
-        };
-        if (std::any_of(mCandidates.begin(), mCandidates.end(), isSame)) continue;
         AddNotes(kind, *best.mCandidate);
         isNamed = isNamed || best.mCandidate->OutputCount() != 0;
         mCandidates.push_back(std::move(*best.mCandidate));
     }
-    mOwn.assign(mCandidates.size(), 0);
-    mShared.assign(mCandidates.size() * mCandidates.size(), 0);
+    mOwn = std::vector<std::size_t>(mCandidates.size());
+    mShared = std::vector<std::size_t>(mCandidates.size() * mCandidates.size());
 }
 
 // True if another candidate matches all messages that this one does, and more, with no fewer
@@ -196,7 +191,7 @@ bool Suggester::IsNeedless(std::size_t c) const
         return mShared[a * mCandidates.size() + b];
     };
     for (std::size_t other = 0; other < mCandidates.size(); ++other) {
-        if (other == c || sharedBy(c, other) != sharedBy(c, c)) continue;
+        if (sharedBy(c, other) != sharedBy(c, c)) continue;
         const std::size_t outputs = mCandidates[other].OutputCount();
         const bool isMore = sharedBy(other, other) > sharedBy(c, c) ||
                             outputs > mCandidates[c].OutputCount() || other < c;
@@ -211,13 +206,12 @@ void Suggester::Finish()
     if (!mReport.mSuggestions.empty() && mReport.mUnmatched <= mCount.mUnmatched) return;
     mReport = std::exchange(mCount, Report());
     mReport.mHeadings = mKnown.mHeadings;
-    mReport.mSuggestions.clear();
     std::vector<std::size_t> order(mCandidates.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
                      [this](std::size_t a, std::size_t b) { return mOwn[a] > mOwn[b]; });
     for (const std::size_t c : order) {
-        if (IsNeedless(c) || mShared[c * mCandidates.size() + c] == 0) continue;
+        if (IsNeedless(c)) continue;
         mReport.mSuggestions.push_back(mCandidates[c].Result(mReport.mMessages));
     }
 }

@@ -41,19 +41,14 @@ std::string SetWithout(char c)
 }
 
 // Returns a set of the letters, the digits and the other characters of the values. A letter of
-// one case stands for all of it, a digit for all digits, unless excluded is among them.
-std::string SetOf(const Values& values, std::optional<char> excluded)
+// one case stands for all of it, a digit for all digits.
+std::string SetOf(const Values& values)
 {
     std::string set;
     const auto addRange = [&](char first, char last) {
-        const auto isMember = [&](char c) { return Has(values, c); };
-        std::string members;
-        for (char c = first; c <= last; ++c) {
-            if (isMember(c)) members += c;
-        }
-        const bool isExcluded = excluded && *excluded >= first && *excluded <= last;
-        if (members.empty()) return;
-        set += isExcluded ? members : std::string{first, '-', last};
+        const auto begin = values.mMembers.begin();
+        if (std::find(begin + first, begin + last + 1, true) == begin + last + 1) return;
+        set += {first, '-', last};
     };
     addRange('A', 'Z');
     addRange('a', 'z');
@@ -67,26 +62,19 @@ std::string SetOf(const Values& values, std::optional<char> excluded)
     return (Has(values, '-') ? "[-" : "[") + set + ']';
 }
 
-// Without a width, numbers of more digits than were seen match too.
-ValueForm IntegerForm(const Values& values, const Surroundings& around)
-{
-    const bool isFixed = HasWidth(values) && !Has(values, '-') && !Has(values, '+');
-    const bool needsWidth = isFixed && around.mDigitFollows;
-    return {"integer", (needsWidth ? std::to_string(values.mShortest) : "") + '#'};
-}
-
+// Numbers of one digit may get longer.
 ValueForm HexForm(const Values& values)
 {
-    const std::string width = HasWidth(values) ? std::to_string(values.mShortest) : "";
+    const bool isPadded = HasWidth(values) && values.mLongest > 1;
+    const std::string width = isPadded ? std::to_string(values.mLongest) : "";
     return {values.mLongest <= kMostIntegerHexDigits ? "integer" : "string", width + 'x'};
 }
 
 ValueForm ClockForm(const Values& values, const Surroundings& around)
 {
     const bool isConflict =
-        around.mSpaceNeverFollows && around.mNextText &&
-        (Has(values, *around.mNextText) || NPattern::IsDigit(static_cast<Byte>(*around.mNextText)));
-    if (!isConflict) return {"string", SetOf(values, std::nullopt)};
+        around.mSpaceNeverFollows && around.mNextText && Has(values, *around.mNextText);
+    if (!isConflict) return {"string", SetOf(values)};
     std::string text(values.mSample);
     std::replace_if(
         text.begin(), text.end(), [](char c) { return NPattern::IsDigit(static_cast<Byte>(c)); },
@@ -105,13 +93,12 @@ ValueForm RealForm(const Values& values)
 
 ValueForm TextForm(const Values& values, const Surroundings& around)
 {
-    if (around.mIsLast) return {"string", "[^\\r\\n]", true, false, true};
-    const bool isNext = around.mNextText && !Has(values, *around.mNextText);
-    if (isNext && around.mSpaceNeverFollows) return {"string", SetWithout(*around.mNextText), true};
     if (around.mNextSpace && !Has(values, *around.mNextSpace)) {
         return {"string", SetWithout(*around.mNextSpace), true};
     }
-    if (isNext) return {"string", SetWithout(*around.mNextText), true, true};
+    if (around.mNextText && !Has(values, *around.mNextText)) {
+        return {"string", SetWithout(*around.mNextText), true, true};
+    }
     return {"string", "[^\\r\\n]", true, false, true};
 }
 
@@ -121,7 +108,7 @@ ValueForm VisibleForm(const Values& values, const Surroundings& around)
     if (around.mNextText && around.mSpaceNeverFollows && !Has(values, *around.mNextText)) {
         return {"string", SetWithout(*around.mNextText), true};
     }
-    return {"string", SetOf(values, around.mNextText)};
+    return {"string", SetOf(values)};
 }
 
 // True for a checksum, and after 0x, even if the digits seen have no letter among them.
@@ -142,7 +129,7 @@ ValueForm FormOf(const Values& values, const Surroundings& around)
 {
     if (IsHex(values, around)) return HexForm(values);
     switch (values.mKind) {
-        case ValueKind::kInteger: return IntegerForm(values, around);
+        case ValueKind::kInteger: return {"integer", "#"};  // longer numbers match too
         case ValueKind::kFloat: return {"float", ".#"};
         case ValueKind::kExponent: return RealForm(values);
         case ValueKind::kHex: return HexForm(values);

@@ -15,7 +15,6 @@ struct Surroundings {
     bool mIsLast = false;             // nothing that is described follows
     bool mSpaceFollows = false;       // white space follows each value
     bool mSpaceNeverFollows = false;  // white space follows no value
-    bool mDigitFollows = false;       // a digit follows some value directly
     std::optional<char> mNextSpace;   // the first byte of the white space that follows each value
     std::optional<char> mNextText;    // the first byte of the fixed text that follows
 };

@@ -49,7 +49,7 @@ bool HasPoint(std::string_view number)
 bool StartsWithZero(std::string_view number)
 {
     number = WithoutSign(number);
-    return number.size() > 1 && number[0] == '0' && IsDigit(static_cast<Byte>(number[1]));
+    return number.size() > 1 && number.front() == '0';
 }
 
 bool FitsInteger(std::string_view number)
@@ -80,7 +80,7 @@ bool IsPlainTime(std::string_view number)
 {
     constexpr std::size_t kDigits = 6;
     return number.find('.') == kDigits && IsDigit(static_cast<Byte>(number.front())) &&
-           number.substr(0, 2) < "24" && number[2] < '6' && number[4] < '6';
+           number < "24" && number[2] < '6' && number[4] < '6';
 }
 
 ValueKind KindOfNumbers(const Column& column)
@@ -90,9 +90,9 @@ ValueKind KindOfNumbers(const Column& column)
     if (AnyOf(column, StartsWithZero) && AllOf(column, IsPlainTime)) return ValueKind::kTime;
     if (isWhole && AllOf(column, FitsInteger)) return ValueKind::kInteger;
     const auto isExact = [](std::string_view number) {
-        return WithoutSign(number).size() - (HasPoint(number) ? 1 : 0) <= kMostExactDigits;
+        return WithoutSign(number).size() <= kMostExactDigits;
     };
-    const bool isNumber = AllOf(column, isExact) && !(isWhole && AnyOf(column, StartsWithZero));
+    const bool isNumber = AllOf(column, isExact) && !AnyOf(column, StartsWithZero);
     return isNumber || !isWhole ? ValueKind::kFloat : ValueKind::kDigits;
 }
 
@@ -123,13 +123,7 @@ bool AreHex(const Column& column)
     const auto hasKind = [&column](TokenKind kind) {
         return AnyOf(column, [kind](std::string_view value) { return IsToken(value, kind); });
     };
-    const bool hasDigits = AnyOf(column, [](std::string_view value) {
-        return std::any_of(value.begin(), value.end(),
-                           [](char c) { return IsDigit(static_cast<Byte>(c)); });
-    });
-    const bool hasLetters = hasKind(TokenKind::kMixed) || hasKind(TokenKind::kWord);
-    return hasLetters && hasDigits && !HaveSameLetters(column) &&
-           (hasWidth || hasKind(TokenKind::kMixed));
+    return !HaveSameLetters(column) && (hasWidth || hasKind(TokenKind::kMixed));
 }
 
 ValueKind KindOf(const Column& column, const std::array<bool, 256>& members)
@@ -203,7 +197,6 @@ Values ValuesOf(const Column& column, Sameness sameness)
         [](std::string_view a, std::string_view b) { return a.size() < b.size(); });
     values.mShortest = shortest->size();
     values.mLongest = longest->size();
-    values.mHasLeadingZero = AnyOf(column, StartsWithZero);
     for (const std::string_view value : column) {
         for (const char c : value) values.mMembers[static_cast<Byte>(c)] = true;
     }

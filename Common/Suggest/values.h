@@ -33,9 +33,8 @@ enum class ValueKind {
 
 struct Values {
     ValueKind mKind = ValueKind::kFixed;
-    std::size_t mShortest = 0;       // in bytes
-    std::size_t mLongest = 0;        // in bytes
-    bool mHasLeadingZero = false;    // in some: a 0 before another digit
+    std::size_t mShortest;           // in bytes
+    std::size_t mLongest;            // in bytes
     std::array<bool, 256> mMembers;  // the bytes that occur
     std::string_view mSample;        // the first one
 };

@@ -44,8 +44,7 @@ struct Field {
 struct Piece {
     std::string mHeader;  // with the name to come between its two parts
     std::string mForm;
-    bool mIsText = false;  // a fixed text, which mForm is
-    bool mIsRaw = false;
+    bool mIsText;  // a fixed text, which mForm is
 };
 
 class PatternWriter {
@@ -130,8 +129,7 @@ class PatternWriter {
         const bool isAttached = mItems[i].mGap.mIsNever && mItems[i - 1].mGap.mIsNever;
         const bool hasSign = mItems[i].mValues.mMembers['-'] || mItems[i].mValues.mMembers['+'];
         const std::string& unit = mItems[i + 1].mText;
-        return isAlone && isAttached && !hasSign && !unit.empty() &&
-               NPattern::IsAlpha(static_cast<Byte>(unit[0])) &&
+        return isAlone && isAttached && !hasSign && NPattern::IsAlpha(static_cast<Byte>(unit[0])) &&
                mItems[i].mValues.mKind == ValueKind::kInteger &&
                mItems[i - 2].mValues.mKind == ValueKind::kInteger;
     }
@@ -144,44 +142,42 @@ class PatternWriter {
     void AddPiece(std::size_t i)
     {
         const Item& item = mItems[i];
-        Piece piece;
-        ValueForm form;
-        if (item.mText.empty()) {
+        const bool isText = !item.mText.empty();
+        ValueForm form = {"", item.mText, isText && IsRawByte(item.mText.front())};
+        if (!isText) {
             form = FormOf(item.mValues, SurroundingsOf(i));
             if (mKnown.mHasClockDigits && IsClockHeading(item.mHeading)) form.mType = "string";
             if (IsDecimals(i)) form = {"string", "#"};
-            piece = {form.mType, form.mForm, false, form.mIsRaw};
-        } else {
-            piece = {"", item.mText, true, IsRawByte(item.mText.front())};
         }
-        if (!mAbsorbsGap) AddGap(item.mGap, piece);
+        Piece piece{form.mType, form.mForm, isText};
+        if (!mAbsorbsGap) AddGap(item.mGap, form.mIsRaw, piece);
         mAbsorbsGap = form.mAbsorbsGap;
         mIsAtEnd = form.mTakesRest;
-        if (item.mText.empty()) mFields.push_back({i, mPieces.size()});
+        if (!isText) mFields.push_back({i, mPieces.size()});
         mPieces.push_back(std::move(piece));
-        mIsRaw = mPieces.back().mIsRaw;
-        if (!item.mText.empty()) mIsRaw = IsRawByte(item.mText.back());
+        mIsRaw = isText ? IsRawByte(item.mText.back()) : form.mIsRaw;
     }
 
+    // c: at the start or end of a text, so no white space.
     static bool IsRawByte(char c)
     {
         const Byte b = static_cast<Byte>(c);
-        return (b < ' ' && b != '\t' && b != '\r' && b != '\n') || b == 0x7F;
+        return b < ' ' || b == 0x7F;
     }
 
     // White space next to a raw piece, and at the start, isn't skipped.
-    void AddGap(const Gap& gap, Piece& ioPiece)
+    void AddGap(const Gap& gap, bool isRaw, Piece& ioPiece)
     {
-        if (!gap.mIsAlways || (!mIsRaw && !ioPiece.mIsRaw)) return;
-        const bool followsText = !mPieces.empty() && mPieces.back().mIsText && !mIsRaw;
+        if (!gap.mIsAlways || (!mIsRaw && !isRaw)) return;
+        const bool followsText = !mPieces.empty() && mPieces.back().mIsText;
         if (followsText && gap.mIsEqual) {
             mPieces.back().mForm += gap.mText;
         } else if (ioPiece.mIsText && gap.mIsEqual && mIsRaw) {
             ioPiece.mForm = gap.mText + ioPiece.mForm;
         } else if (gap.mIsEqual && mIsRaw && !mPieces.empty()) {
-            mPieces.push_back({"", gap.mText, true, false});
+            mPieces.push_back({"", gap.mText, true});
         } else {
-            mPieces.push_back({"", gap.mText[0] == '\t' ? "[\\t ]" : "[ ]", false, true});
+            mPieces.push_back({"", gap.mText[0] == '\t' ? "[\\t ]" : "[ ]", false});
         }
     }
 
@@ -196,14 +192,7 @@ class PatternWriter {
         around.mSpaceNeverFollows = next.mGap.mIsNever;
         if (next.mGap.mIsAlways && next.mGap.mIsEqual) around.mNextSpace = next.mGap.mText.front();
         if (!next.mText.empty()) around.mNextText = next.mText.front();
-        around.mDigitFollows = !next.mGap.mIsAlways && BeginsWithDigit(next);
         return around;
-    }
-
-    static bool BeginsWithDigit(const Item& item)
-    {
-        return NPattern::IsDigit(
-            static_cast<Byte>(item.mText.empty() ? item.mValues.mSample[0] : item.mText[0]));
     }
 
     void GiveNames()
@@ -224,11 +213,10 @@ class PatternWriter {
         NameClue clue;
         clue.mKind = item.mValues.mKind;
         clue.mGivenName = GivenName(f);
-        clue.mIsAttached = item.mGap.mIsNever;
         clue.mIsFirst = f == 0;
         clue.mIsLast = f + 1 == mFields.size();
         clue.mIsShort = item.mValues.mLongest <= kLongestUnit;
-        for (std::size_t t = f == 0 ? 0 : mFields[f - 1].mItem + 1; t < i; ++t) {
+        for (std::size_t t = f == 0 ? 0 : mFields[f - 1].mItem; t < i; ++t) {
             if (!clue.mTextBefore.empty()) clue.mTextBefore += ' ';
             clue.mTextBefore += mItems[t].mText;
             clue.mIsAttached = mItems[t].mGap.mIsNever;

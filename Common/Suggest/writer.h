@@ -19,7 +19,7 @@ struct KnownNames {
 };
 
 struct WrittenPattern {
-    std::string mPattern;                    // empty if there are no columns
+    std::string mPattern;
     std::vector<std::string> mFixedNumbers;  // in its texts: they are the same in all messages
 };
 
