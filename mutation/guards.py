@@ -80,10 +80,10 @@ def write_if_changed(path, text):
         file.write(text)
 
 
-def plant(root, sources, faults, parse):
+def plant(root, sources, faults, units, errors_of):
     """Writes the guarded sources to root, without the faults that don't compile in a guard, and
-    returns the ids of those that are planted. sources: text of each path. parse: yields generators
-    of the errors of a translation unit, each a list of pairs of path and offset."""
+    returns the ids of those that are planted. sources: text of each path. errors_of: maps
+    translation units to their errors, each a list of pairs of path and offset."""
     planted = {i: f for i, f in enumerate(faults) if f.form != 'alone'}
 
     def write(paths):
@@ -94,15 +94,15 @@ def plant(root, sources, faults, parse):
 
     guarded = {}
     write(sources)
-    for errors_of_unit in parse():
-        for errors in errors_of_unit:
-            if not errors:
-                break
-            ids = {i for places in errors for i in guards_at_fault(guarded, places)}
+    while units:
+        errors = list(errors_of(units))
+        unwritable = set()
+        for errors_of_unit in filter(None, errors):
+            ids = {i for places in errors_of_unit for i in guards_at_fault(guarded, places)}
             if not ids:
-                raise SystemExit(f'The guarded sources do not compile: {errors[:5]}')
+                raise SystemExit(f'The guarded sources do not compile: {errors_of_unit[:5]}')
             # Without a constant that has to be one, there may be no other error.
-            ids = {i for i in ids if planted[i].form == 'constant'} or ids
-            paths = {planted.pop(i).path for i in ids}
-            write(paths)
+            unwritable |= {i for i in ids if planted[i].form == 'constant'} or ids
+        write({planted.pop(i).path for i in unwritable})
+        units = [unit for unit, found in zip(units, errors) if found]
     return set(planted)

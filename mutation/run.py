@@ -3,6 +3,7 @@
 import argparse
 import collections
 import concurrent.futures
+import functools
 import json
 import os
 import queue
@@ -10,6 +11,7 @@ import random
 import shlex
 import subprocess
 import sys
+import tempfile
 import time
 
 import clang.cindex
@@ -27,9 +29,8 @@ ACTOR_PROGRAMS = ['actor_tests', 'allocation_tests', 'plugin_tests', 'replay_she
 PROGRAMS = {
     'Common/Pattern': ['pattern_tests', 'replay_engine', 'replay_reference', 'explain_tests',
                        *ACTOR_PROGRAMS, 'exhaustive'],
-    'Common/Explain': ['explain_tests', 'replay_explain', 'replay_reference', 'suggest_tests',
-                       'sift_tests'],
-    'Common/Suggest': ['suggest_tests', 'replay_suggest', 'sift_tests'],
+    'Common/Explain': ['explain_tests', 'replay_explain', 'replay_reference', 'suggest_tests'],
+    'Common/Suggest': ['suggest_tests', 'replay_suggest'],
     'actor': ACTOR_PROGRAMS,
 }
 ARGUMENTS = {'exhaustive': ['3', '2']}
@@ -62,7 +63,7 @@ class Tree:
             '-DCMAKE_BUILD_TYPE=Debug', '-DCMAKE_CXX_COMPILER=clang++',
             f'-DCMAKE_CXX_FLAGS_DEBUG={optimization}', f'-DCMAKE_CXX_FLAGS={flags}',
             '-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld', '-DCMAKE_MODULE_LINKER_FLAGS=-fuse-ld=lld',
-            '-DWORD_SIFTER_SANITIZE=address,undefined', '-DWORD_SIFTER_WEB=OFF'],
+            '-DWORD_SIFTER_SANITIZE=address,undefined', '-DWORD_SIFTER_TOOLS=OFF'],
             stdout=subprocess.DEVNULL, check=True)
 
     def compile(self, programs, jobs):
@@ -93,17 +94,19 @@ class Tree:
         # A process beyond its limit of processor time gets SIGXCPU.
         return {0: 'passed', -9: 'time limit', -24: 'time limit'}.get(code, 'failed')
 
-    def parts(self, programs):
+    def parts(self, programs, pool):
         """Runs each test once, without a fault, for what it reaches and how long it takes."""
-        for program in programs:
-            for test in [None] if program in ARGUMENTS else self.tests(program):
-                log = os.path.join(WORK, 'reached.txt')
-                guards.write_if_changed(log, b'')
-                start = time.monotonic()
-                if self.run(program, [test] if test else [], WORD_SIFTER_REACHED=log) != 'passed':
-                    raise SystemExit(f'{program} fails without a fault: {test or ""}')
-                reached = frozenset(map(int, read(log).split()))
-                yield Part(program, test, time.monotonic() - start, reached)
+        tests = [(program, test) for program in programs
+                 for test in ([None] if program in ARGUMENTS else self.tests(program))]
+        return list(pool.map(self.part, *zip(*tests)))
+
+    def part(self, program, test):
+        with tempfile.NamedTemporaryFile() as log:
+            start = time.monotonic()
+            if self.run(program, [test] if test else [], WORD_SIFTER_REACHED=log.name) != 'passed':
+                raise SystemExit(f'{program} fails without a fault: {test or ""}')
+            reached = frozenset(map(int, read(log.name).split()))
+            return Part(program, test, time.monotonic() - start, reached)
 
     def tests(self, program):
         listing = subprocess.check_output([os.path.join(self.build, 'bin', program),
@@ -115,26 +118,18 @@ class Tree:
             elif row:
                 yield suite + row.split()[0]
 
-    def parse(self, folders):
-        """Yields each translation unit of these folders, with Clang's flags."""
-        index = clang.cindex.Index.create()
+    def units(self, folders):
+        """Returns the path and Clang's flags of each translation unit of these folders."""
+        units = []
         for entry in json.loads(read(os.path.join(self.build, 'compile_commands.json'))):
-            path = os.path.relpath(entry['file'], self.root)
-            if path.startswith(folders):
+            if os.path.relpath(entry['file'], self.root).startswith(folders):
                 flags = shlex.split(entry['command'])[1:]
                 flags = flags[:flags.index('-o')] + ['-ferror-limit=0']
-                yield index.parse(entry['file'], [f for f in flags if '-fsanitize' not in f])
-
-    def errors(self):
-        """Yields, for each translation unit, a generator of its errors as they are at that time. Any
-        unit may need a constant of a header."""
-        for unit in self.parse(''):
-            yield self.errors_of(unit)
+                units.append((entry['file'], [f for f in flags if '-fsanitize' not in f]))
+        return units
 
     def errors_of(self, unit):
-        while True:
-            yield list(self.places_of_errors(unit))
-            unit.reparse()
+        return list(self.places_of_errors(parse(unit)))
 
     def places_of_errors(self, unit):
         for diagnostic in unit.diagnostics:
@@ -146,6 +141,10 @@ class Tree:
                 if not places:
                     raise SystemExit(diagnostic.format())
                 yield places
+
+
+def parse(unit):
+    return clang.cindex.Index.create().parse(*unit)
 
 
 def write(path, text):
@@ -208,15 +207,14 @@ def read_list():
     return entries
 
 
-def find_faults(tree):
-    found = []
-    done = set()
-    for unit in tree.parse(SOURCES):
-        found += finder.faults_of(unit, tree.root, done)
-    return sorted(found)
+def find_faults(tree, pool):
+    done = set()  # Two threads may both find the faults of a header.
+    found = pool.map(lambda unit: finder.faults_of(parse(unit), tree.root, done),
+                     tree.units(SOURCES))
+    return sorted(set().union(*found))
 
 
-def run_all(faults, constants, jobs, report):
+def run_all(faults, constants, options, pool, report):
     """Reports the result of each fault as soon as it is known."""
     folders = {folder_of(f) for f in faults}
     programs = list(dict.fromkeys(p for folder in PROGRAMS if folder in folders
@@ -224,17 +222,19 @@ def run_all(faults, constants, jobs, report):
     # Optimized: it is compiled once and run often.
     guarded = Tree('guarded', '-O1', f'-include {ROOT}/mutation/guard.h')
     sources = {p: read(p) for p in guarded.files if p.startswith(SOURCES)}
-    planted = guards.plant(guarded.root, sources, [*faults, *constants], guarded.errors)
-    problem = guarded.compile(programs, jobs)
+    planted = guards.plant(guarded.root, sources, [*faults, *constants], guarded.units(''),
+                           functools.partial(pool.map, guarded.errors_of))
+    problem = guarded.compile(programs, options.jobs)
     if problem:
         raise SystemExit(problem)
-    parts = list(guarded.parts(programs))
+    parts = guarded.parts(programs, pool)
     reached = frozenset().union(*(p.reached for p in parts))
     planted &= set(range(len(faults)))
     print(f'{len(planted)} faults are guarded and {len(planted & reached)} of them reached; the '
           f'tests take {sum(p.seconds for p in parts):.0f} seconds', flush=True)
+    alone = [n for n in range(len(faults)) if n not in planted and options.sample is None]
     trees = queue.Queue()
-    for i in range(jobs):
+    for i in range(options.jobs if alone else 0):
         trees.put(Tree(f'plain{i}'))
     os.environ['CCACHE_READONLY'] = '1'
 
@@ -249,27 +249,28 @@ def run_all(faults, constants, jobs, report):
         finally:
             trees.put(tree)
 
-    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        order = sorted(enumerate(faults), key=lambda item: item[0] not in planted)
-        runs = {pool.submit(run, n, f): f for n, f in order}
-        for done in concurrent.futures.as_completed(runs):
-            report(runs[done], done.result())
+    runs = {pool.submit(run, n, faults[n]): faults[n] for n in [*sorted(planted), *alone]}
+    for done in concurrent.futures.as_completed(runs):
+        report(runs[done], done.result())
 
 
 def main():
     parser = argparse.ArgumentParser(prog='scripts/mutate.sh', description=__doc__)
-    parser.add_argument('--sample', type=int, help='plant only this many faults, drawn at random')
+    parser.add_argument('--sample', type=int,
+                        help='plant only about this many faults, drawn at random, each of which '
+                             'compiles together with the others')
     parser.add_argument('--seed', type=int, help='draw the same sample again')
     parser.add_argument('--path', action='append', default=[],
                         help='plant only in paths that begin like this; may be repeated')
     parser.add_argument('--jobs', type=int, default=os.cpu_count())
     options = parser.parse_args()
 
-    found = find_faults(Tree('plain0'))
+    pool = concurrent.futures.ThreadPoolExecutor(options.jobs)
+    found = find_faults(Tree('plain0'), pool)
     constants = [f for f in found if f.form == 'constant']
     found = [f for f in found if f.form != 'constant']
     entries = read_list()
-    known = {key_of(f) for f in found}
+    known = collections.Counter(map(key_of, found))
     errors = [f'{LIST}: there is no such fault: {" | ".join(e)}' for e in entries if e not in known]
     chosen = [f for f in found if f.path.startswith(tuple(options.path or SOURCES))]
     print(f'{len(found)} faults, {len(chosen)} of them in {" ".join(options.path) or "all paths"}',
@@ -280,18 +281,18 @@ def main():
         print(f'A sample of {len(chosen)}, --seed {seed}')
 
     counts = collections.Counter()
-    survived = set()
+    results = collections.defaultdict(list)  # of each key
     with open(os.path.join(WORK, 'results.txt'), 'w', encoding='utf-8') as log:
         def report(fault, result):
             counts[result] += 1
-            if result == 'survived':
-                survived.add(key_of(fault))
-                if key_of(fault) not in entries:
-                    errors.append('survived: ' + ' | '.join(key_of(fault)))
+            results[key_of(fault)].append(result)
+            if result == 'survived' and key_of(fault) not in entries:
+                errors.append('survived: ' + ' | '.join(key_of(fault)))
             print(result, *key_of(fault), sep=' | ', file=log, flush=True)
-        run_all(chosen, constants, options.jobs, report)
-    for key in entries & {key_of(f) for f in chosen} - survived:
-        errors.append(f'{LIST}: this fault is noticed: {" | ".join(key)}')
+        run_all(chosen, constants, options, pool, report)
+    for key in entries & set(results):
+        if len(results[key]) == known[key] and 'survived' not in results[key]:
+            errors.append(f'{LIST}: this fault is noticed: {" | ".join(key)}')
     for error in errors:
         print(error)
     print(f'{sum(counts.values())} faults: {counts["failed"]} noticed by a test, '
