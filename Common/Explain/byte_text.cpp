@@ -13,9 +13,8 @@ unsigned char ByteAt(std::string_view text, std::size_t position)
     return static_cast<unsigned char>(text[position]);
 }
 
-// Well-formed sequences of two bytes and more, by their lead byte.
+// Well-formed sequences of two bytes and more, in the order of their lead bytes.
 struct Utf8Range {
-    unsigned char mFirstLead;
     unsigned char mLastLead;
     unsigned char mLowestSecond;  // bytes after the second are 80 to BF
     unsigned char mHighestSecond;
@@ -23,10 +22,10 @@ struct Utf8Range {
 };
 
 constexpr Utf8Range kUtf8Ranges[] = {
-    {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3}, {0xE1, 0xEC, 0x80, 0xBF, 3},
-    {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3}, {0xF0, 0xF0, 0x90, 0xBF, 4},
-    {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4},
+    {0xDF, 0x80, 0xBF, 2}, {0xE0, 0xA0, 0xBF, 3}, {0xEC, 0x80, 0xBF, 3}, {0xED, 0x80, 0x9F, 3},
+    {0xEF, 0x80, 0xBF, 3}, {0xF0, 0x90, 0xBF, 4}, {0xF3, 0x80, 0xBF, 4}, {0xF4, 0x80, 0x8F, 4},
 };
+constexpr unsigned char kFirstLead = 0xC2;
 
 // character: one UTF-8 character. U+0080 to U+009F are control characters too.
 bool IsControl(std::string_view character)
@@ -58,8 +57,9 @@ std::size_t Utf8Length(std::string_view text, std::size_t position)
 {
     const unsigned char lead = ByteAt(text, position);
     if (lead < 0x80) return 1;
+    if (lead < kFirstLead) return 0;
     for (const Utf8Range& range : kUtf8Ranges) {
-        if (lead < range.mFirstLead || lead > range.mLastLead) continue;
+        if (lead > range.mLastLead) continue;
         if (text.size() - position < range.mLength) return 0;
         const unsigned char second = ByteAt(text, position + 1);
         if (second < range.mLowestSecond || second > range.mHighestSecond) return 0;

@@ -51,7 +51,7 @@ std::string InsteadOf(std::string_view rest)
 std::string IdleBackslash(const Piece& piece)
 {
     const std::string_view source = piece.mSource;
-    for (std::size_t at = 0; (at = source.find('\\', at)) != source.npos; at += 2) {
+    for (std::size_t at = source.find('\\'); at != source.npos; at = source.find('\\', at + 2)) {
         const auto next = static_cast<Byte>(source[at + 1]);
         if (!NPattern::IsAlnum(next) || NPattern::TranslateEscape(next) != next) continue;
         return "the backslash before " + NameOfByte(next) + " means nothing; " +

@@ -35,14 +35,15 @@ Pieces TakeApart(const std::string& parseString)
         const LToken& first = tokens[cursor];
         std::unique_ptr<Element> element = CreateElement(tokens, cursor);
         if (element == nullptr) return pieces;
-        Piece piece;
-        piece.mSkipsSpace =
+        const bool skipsSpace =
             !pieces.empty() && NPattern::SkipsSpaceBetween(*pieces.back().mElement, *element);
-        piece.mElement = std::move(element);
-        piece.mSource = SourceOf(parseString, first, tokens[cursor]);
-        piece.mStart = static_cast<std::size_t>(first.mPosition);
+        Piece piece = {std::move(element),
+                       SourceOf(parseString, first, tokens[cursor]),
+                       static_cast<std::size_t>(first.mPosition),
+                       {},
+                       captures,
+                       skipsSpace};
         piece.mElement->CollectParameters(piece.mCaptures);
-        piece.mFirstCapture = captures;
         captures += piece.mCaptures.size();
         pieces.push_back(std::move(piece));
     }

@@ -16,10 +16,10 @@ namespace NExplain {
 struct Piece {
     std::unique_ptr<NPattern::Element> mElement;
     std::string mSource;                         // as written
-    std::size_t mStart = 0;                      // offset of mSource in the parsing string
+    std::size_t mStart;                          // offset of mSource in the parsing string
     std::vector<NPattern::Parameter> mCaptures;  // their names and types
-    std::size_t mFirstCapture = 0;               // position among all captures, from 0
-    bool mSkipsSpace = false;                    // white space before it is skipped
+    std::size_t mFirstCapture;                   // position among all captures, from 0
+    bool mSkipsSpace;                            // white space before it is skipped
 };
 
 using Pieces = std::vector<Piece>;

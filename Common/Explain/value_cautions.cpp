@@ -230,7 +230,7 @@ bool MayBeTrue(const ValueRisk& risk, const Piece& piece, std::string_view messa
     if (risk.mKind == kCautionCutSign) return message.find_first_of("-.") != message.npos;
     if (risk.mKind != kCautionStopped) return true;
     const auto& number = *ElementAs<NumberElement>(piece);
-    const bool isLimited = number.IntegerDigits() != 0 || number.FractionDigits() != 0;
+    const bool isLimited = number.IntegerDigits() != 0;
     const auto mayGoOn = [&](char before, char c) {
         if (!NPattern::IsDigit(static_cast<Byte>(before)) && before != '.') return false;
         return c == ',' || c == 'E' || c == 'e' || (c == '.' && !number.HasPoint()) ||

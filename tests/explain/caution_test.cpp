@@ -26,7 +26,12 @@ std::string Read(const std::filesystem::path& path)
 
 std::vector<Caution> ValueCautionsOf(const Pieces& pieces, const std::string& message)
 {
-    return FindValueCautions(pieces, FindValueRisks(pieces), message, TraceMatch(pieces, message));
+    auto cautions =
+        FindValueCautions(pieces, FindValueRisks(pieces), message, TraceMatch(pieces, message));
+    for (const auto& [kind, p, words] : cautions) {
+        EXPECT_TRUE(MayBeTrue({kind, p}, pieces[p], message)) << words;
+    }
+    return cautions;
 }
 
 struct Row {
@@ -59,6 +64,7 @@ TEST(Caution, SaysWhatIsWrong)
         {"'S' d:s=[,0-9] v:f=.#", kCautionSwallowed, "piece 2 takes digits too, so"},
         {"d:s=[ ,0-9] v:f=.#", kCautionSwallowed, "of this number; take"},
         {"s:s=chars ';'", kCautionOnlyAfterSpace, "; in its place, [^;] stops"},
+        {"s:s=chars ','", kCautionOnlyAfterSpace, "[^,] stops"},
         {"s:s=c ']'", kCautionOnlyAfterSpace, "[^\\]] stops"},
         {"[^,] 'x'", kCautionTaken, "piece 1 takes everything"},
         {"[^,] ' x'", kCautionTaken, "[^ ] stops"},

@@ -250,25 +250,29 @@ TEST(Explain, ShowsBytesAsText)
     EXPECT_EQ(Quoted("ab"), "ab");
     EXPECT_EQ(Quoted(""), "\"\"");
     EXPECT_EQ(HexOf("\0\xAF"s), "00AF");
+    EXPECT_EQ(ColumnsOf("\xC3\xA4\xC3\xA5\n\x7F"), 4U);
     for (const char* const line : {"", "a\t", "\t", "\r", "\n"}) EXPECT_FALSE(IsBinary(line));
     for (const char* const bytes : {"\x01", "\xFF", "a\x7F"}) EXPECT_TRUE(IsBinary(bytes));
-    struct Row {
-        std::string mText;
-        bool mIsUtf8;
-    };
-    for (const Row& row : {Row{"\xC3\xA4", true},
-                           {"\x7F", true},
-                           {"\xC1\x81", false},
-                           {"\xE0\x9F\x80", false},
-                           {"\xED\xA0\x80", false},
-                           {"\xEF\xBF\xBD", true},
-                           {"\xF0\x90\x80\x80", true},
-                           {"\xF4\x90\x80\x80", false},
-                           {"\xE2\x82", false},
-                           {"\x80", false},
-                           {"\xE2\x82\x41", false},
-                           {"\xF5\x80\x80\x80", false}}) {
-        EXPECT_EQ(IsUtf8(row.mText), row.mIsUtf8) << HexOf(row.mText);
+    for (const char* const text : {"\x80", "\xE2\x82", "\xE2\x82\x41", "\xF0\x90\x80\x41"}) {
+        EXPECT_FALSE(IsUtf8(text)) << HexOf(text);
+    }
+}
+
+TEST(Explain, KnowsEveryCodePoint)
+{
+    constexpr unsigned kFirstOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
+    for (unsigned lead = 0xC0; lead <= 0xFF; ++lead) {
+        for (unsigned second = 0; second <= 0xFF; ++second) {
+            const unsigned length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+            std::string text = {static_cast<char>(lead), static_cast<char>(second)};
+            text.resize(length, '\x80');
+            const unsigned bits = (lead & (0x7FU >> length)) << 6 | (second & 0x3F);
+            const unsigned codePoint = bits << 6 * (length - 2);
+            const bool isOne = lead < 0xF8 && second >> 6 == 2 &&
+                               codePoint >= kFirstOfLength[length] && codePoint <= 0x10FFFF &&
+                               (codePoint < 0xD800 || codePoint > 0xDFFF);
+            EXPECT_EQ(IsUtf8(text), isOne) << HexOf(text);
+        }
     }
 }
 

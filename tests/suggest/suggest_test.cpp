@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <random>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,38 +33,19 @@ std::string ShapeWith(std::size_t number)
 
 TEST(SampleStore, KeepsFewOfEachShape)
 {
-    const struct {
-        const char* mText;
-        const char* mOther;
-        bool mIsSame;  // shape
-    } kCases[] = {
-        {"a=1", "bcd=23456", true},
-        {"a=1", "a:1", false},
-        {"a=1", "1=a", false},
-        {"a  b", "a b", true},
-        {"--", "-", false},
-        {"a1", "1a", false},
-        {"aaa", "bb", true},
-        {"aa--", "a--", true},
-        {"a=1", "a=123456789", true},
-        {"a=1", "a=1234567890", false},
-        {"1234567890", "12345678901", true},
-        {"abcdefghij", "a", true},
-        {"__________", "_", false},
-        {"1", "11", true},
-        {"a=-1", "a=-", false},
-        {"a1a", "a", false},
-        {"1234567890", "a", false},
-        {"=------------------------------------------------------------------",
-         ":------------------------------------------------------------------", false},
-        {"", "0", false},
-        {"- -", "-- ", false},
-        {"\x01-", "-\x01", false},
-    };
-    for (const auto& row : kCases) {
+    const std::string dashes(66, '-');
+    // Pairs, separated by '/': those of the same shape have '~' between them, the others '|'.
+    std::istringstream cases(
+        "a=1~bcd=23456/a=1|a:1/a=1|1=a/a  b~a b/--|-/a1|1a/aaa~bb/aa--~a--/"
+        "a=1~a=123456789/a=1|a=1234567890/1234567890~12345678901/1~11/"
+        "abcdefghij~a/__________|_/a=-1|a=-/a1a|a/1234567890|a/|0/- -|-- /"
+        "\x01-|-\x01/=" +
+        dashes + "|:" + dashes);
+    for (std::string text; std::getline(cases, text, '/');) {
+        const std::size_t sign = text.find_first_of("~|");
         NSuggest::SampleStore store;
-        for (int m = 0; m < 16; ++m) EXPECT_TRUE(store.AddUnlike(row.mText));
-        EXPECT_NE(store.AddUnlike(row.mOther), row.mIsSame) << row.mText << ' ' << row.mOther;
+        for (int m = 0; m < 16; ++m) EXPECT_TRUE(store.AddUnlike(text.substr(0, sign)));
+        EXPECT_EQ(store.AddUnlike(text.substr(sign + 1)), text[sign] == '|') << text;
     }
 }
 
