@@ -125,13 +125,13 @@ bool IsOnlyWords(const std::string& shape)
     return NPattern::IsDigit(static_cast<NPattern::Byte>(shape[end - 1])) && shape.back() == '0';
 }
 
-using Emptiness = std::vector<bool>;  // for each segment: it is empty
+using Emptiness = std::vector<int>;  // for each segment: 1 if it is empty
 
 Emptiness EmptinessOf(std::string_view message, const Cuts& cuts)
 {
     Emptiness emptiness;
     for (const std::string_view text : SegmentsOf(message, cuts).mTexts) {
-        emptiness.push_back(Trimmed(text).empty());
+        emptiness.push_back(Trimmed(text).empty() ? 1 : 0);
     }
     return emptiness;
 }
