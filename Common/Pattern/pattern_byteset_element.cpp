@@ -1,6 +1,7 @@
 #include "pattern_byteset_element.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "pattern_byteset_steps.h"
 
@@ -106,9 +107,9 @@ constexpr BytesetElement::SetSyntax BytesetElement::kByteSetSyntax{kByteSetTable
 ByteClassKind FindByteClass(std::string_view word)
 {
     const auto* const row =
-        std::find_if(kByteClasses.begin(), kByteClasses.end(),
+        std::find_if(std::begin(kByteClasses), std::end(kByteClasses),
                      [word](const ByteClassRow& r) { return EqualsIgnoringCase(r.mWord, word); });
-    return row != kByteClasses.end() ? row->mKind : kClassNone;
+    return row != std::end(kByteClasses) ? row->mKind : kClassNone;
 }
 
 bool BytesetElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)

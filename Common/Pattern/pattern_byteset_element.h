@@ -15,19 +15,12 @@ struct ByteClassRow {
     ByteClassKind mKind;
 };
 
-inline constexpr std::array<ByteClassRow, 11> kByteClasses = {{
-    {"?", kClassAnyByte},
-    {"byte", kClassAnyByte},
-    {"bytes", kClassAnyByte},
-    {"c", kClassCharacter},
-    {"char", kClassCharacter},
-    {"chars", kClassCharacter},
-    {"character", kClassCharacter},
-    {"characters", kClassCharacter},
-    {"a", kClassLetter},
-    {"letter", kClassLetter},
-    {"letters", kClassLetter},
-}};
+inline constexpr ByteClassRow kByteClasses[] = {
+    {"?", kClassAnyByte},           {"byte", kClassAnyByte},         {"bytes", kClassAnyByte},
+    {"c", kClassCharacter},         {"char", kClassCharacter},       {"chars", kClassCharacter},
+    {"character", kClassCharacter}, {"characters", kClassCharacter}, {"a", kClassLetter},
+    {"letter", kClassLetter},       {"letters", kClassLetter},
+};
 
 // Returns the class that a word names, case ignored, or kClassNone.
 ByteClassKind FindByteClass(std::string_view word);

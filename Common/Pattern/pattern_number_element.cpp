@@ -1,6 +1,7 @@
 #include "pattern_number_element.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "pattern_memory.h"
 #include "pattern_numbers.h"
@@ -191,9 +192,9 @@ constexpr StepFunctionPair kHexSteps[kValueKindCount] = {
 NumberKind FindNumberKind(std::string_view word)
 {
     const auto* const row =
-        std::find_if(kNumberWords.begin(), kNumberWords.end(),
+        std::find_if(std::begin(kNumberWords), std::end(kNumberWords),
                      [word](const NumberWord& r) { return EqualsIgnoringCase(r.mWord, word); });
-    return row != kNumberWords.end() ? row->mKind : kNumberNone;
+    return row != std::end(kNumberWords) ? row->mKind : kNumberNone;
 }
 
 bool NumberElement::CanStart(const std::vector<LToken>& tokens, TokenCursor cursor)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <string_view>
 
 #include "pattern_element.h"
@@ -15,14 +14,10 @@ struct NumberWord {
     NumberKind mKind;
 };
 
-inline constexpr std::array<NumberWord, 6> kNumberWords = {{
-    {"x", kNumberHex},
-    {"hex", kNumberHex},
-    {"#", kNumberDecimal},
-    {"digit", kNumberDecimal},
-    {"digits", kNumberDecimal},
-    {".", kNumberPoint},
-}};
+inline constexpr NumberWord kNumberWords[] = {
+    {"x", kNumberHex},         {"hex", kNumberHex},        {"#", kNumberDecimal},
+    {"digit", kNumberDecimal}, {"digits", kNumberDecimal}, {".", kNumberPoint},
+};
 
 // Returns the kind that a word names, case ignored, or kNumberNone.
 NumberKind FindNumberKind(std::string_view word);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "pattern_numbers.h"
 
@@ -41,10 +42,10 @@ double LittleEndianFloat(const Byte* data, std::uint32_t length)
 ParameterType FindType(std::string_view word)
 {
     const auto* const row =
-        std::find_if(kTypeWords.begin(), kTypeWords.end(), [word](const TypeWord& r) {
+        std::find_if(std::begin(kTypeWords), std::end(kTypeWords), [word](const TypeWord& r) {
             return EqualsIgnoringCase(r.mWord.substr(0, word.size()), word);
         });
-    return row != kTypeWords.end() && !word.empty() ? row->mType : kTypeNone;
+    return row != std::end(kTypeWords) && !word.empty() ? row->mType : kTypeNone;
 }
 
 void Parameter::SetTextValue(const Byte* text, std::uint32_t length, bool hex)

@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -27,13 +26,10 @@ struct TypeWord {
 };
 
 // In the order of search: any non-empty beginning of a word names its type.
-inline constexpr std::array<TypeWord, 5> kTypeWords = {{
-    {"string", kTypeString},
-    {"float", kTypeFloat},
-    {"integer", kTypeLInteger},
-    {"linteger", kTypeLInteger},
-    {"binteger", kTypeBInteger},
-}};
+inline constexpr TypeWord kTypeWords[] = {
+    {"string", kTypeString},     {"float", kTypeFloat},       {"integer", kTypeLInteger},
+    {"linteger", kTypeLInteger}, {"binteger", kTypeBInteger},
+};
 
 // Returns the type that a type word names, case ignored, or kTypeNone.
 ParameterType FindType(std::string_view word);

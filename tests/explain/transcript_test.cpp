@@ -43,6 +43,7 @@ class Speaker {
         if (word == "needed in") return Lines("needs", FindFault(input).value().mNeeds);
         if (word == "message") return OfMessage(Unescaped(input), false);
         if (word == "cut message") return OfMessage(Unescaped(input), true);
+        if (word == "lost message") return kLostVerdict + std::string("\n");
         if (word == "bytes") return OfBytes(input);
         throw std::invalid_argument(input);
     }

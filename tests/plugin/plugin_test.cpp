@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
+#include <string>
 
 #include "standin/stand_in_host.h"
 #include "tools/system/plugin_module.h"
@@ -66,5 +69,15 @@ TEST(Plugin, CatchesWhatOperationsThrow)
     }
     EXPECT_GT(n, 30);
 }
+
+#ifndef _MSC_VER  // which may drop a text that nothing reads
+TEST(Plugin, ContainsItsVersion)
+{
+    std::ifstream file(WORD_SIFTER_MODULE, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const char text[] = "\0Word Sifter " WORD_SIFTER_VERSION;
+    EXPECT_NE(bytes.find(std::string(text, sizeof text)), std::string::npos);
+}
+#endif
 
 }  // namespace

@@ -81,6 +81,8 @@ TEST(Suggest, CutsTextAtItsLimits)
     EXPECT_EQ(NSuggest::FindEndOfMessage(text, {70000}), '\n');
     EXPECT_EQ(NSuggest::FindEndOfMessage(text.substr(0, 1 << 15)), ';');
     EXPECT_EQ(NSuggest::MessagesIn(text, '~').front().size(), 2048U);
+    const auto report = NSuggest::SuggestFor({std::string(3000, 'a'), std::string(3000, 'b')}, {});
+    EXPECT_EQ(report.mSuggestions.at(0).mOutputs.at(0).mLongest, 2048U);
 }
 
 // Values beyond those that are learned from: longer, and too large for an integer.
