@@ -129,18 +129,20 @@ class Tree:
         return units
 
     def errors_of(self, unit):
-        return list(self.places_of_errors(parse(unit)))
+        """Returns the places in the sources of each error. An error without one, such as the use of
+        a constant with an error, follows from another."""
+        parsed = parse(unit)  # the diagnostics are part of it
+        errors = [d for d in parsed.diagnostics if d.severity >= d.Error]
+        places = list(filter(None, map(self.places_of, errors)))
+        if errors and not places:
+            raise SystemExit(errors[0].format())
+        return places
 
-    def places_of_errors(self, unit):
-        for diagnostic in unit.diagnostics:
-            if diagnostic.severity >= diagnostic.Error:
-                places = [d.location for d in (diagnostic, *diagnostic.children)]
-                places = [(os.path.relpath(place.file.name, self.root), place.offset)
-                          for place in places if place.file]
-                places = [place for place in places if place[0].startswith(SOURCES)]
-                if not places:
-                    raise SystemExit(diagnostic.format())
-                yield places
+    def places_of(self, error):
+        places = [d.location for d in (error, *error.children)]
+        places = [(os.path.relpath(place.file.name, self.root), place.offset)
+                  for place in places if place.file]
+        return [place for place in places if place[0].startswith(SOURCES)]
 
 
 def parse(unit):
