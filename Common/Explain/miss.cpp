@@ -169,7 +169,8 @@ std::string HintSpace(const Stop& stop)
     const bool takesSpace = set != nullptr && set->Has(stop.Next());
     if (takesSpace || ElementAs<BitfieldElement>(stop.mPiece) != nullptr) return "";
     if (set != nullptr && set->Has(' ')) {
-        return "this set takes spaces, but no other white space; [ \\t\\r\\n] takes any";
+        return "this set takes spaces, but no other white space; [ \\t\\r\\n] takes tabs and "
+               "line ends too";
     }
     if (stop.mIndex == 0) return HintFirstSpace(stop);
     return "white space is skipped only between two pieces that read text, and " +
