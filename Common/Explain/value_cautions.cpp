@@ -100,9 +100,9 @@ bool IsDigitAt(std::string_view text, std::size_t position)
 std::string CutSignWords(const Piece& piece, const Take& take, std::string_view message)
 {
     const std::size_t start = take.mSpan.mStart;
+    const std::size_t digit = message.substr(start, 1) == "." ? start + 1 : start;
+    if (!IsDigitAt(message, digit)) return "";
     const char cut = message[start - 1];
-    const bool hasPointFirst = cut == '-' && message.substr(start, 1) == ".";
-    if (!IsDigitAt(message, hasPointFirst ? start + 1 : start)) return "";
     const bool mayBeCut = cut == '-' || (cut == '.' && ElementAs<NumberElement>(piece)->HasPoint());
     const bool isInWord =
         start > 1 && (NPattern::IsAlnum(static_cast<Byte>(message[start - 2])) ||
