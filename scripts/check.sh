@@ -3,6 +3,7 @@
 . "$(dirname "$0")/setup.sh"
 
 need_build_packages
+need_bench_packages
 need_packages clang clang-format clang-tidy cppcheck shellcheck libgtest-dev locales
 
 folders="Common actor standin tools web tests fuzz mutation"

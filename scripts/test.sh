@@ -10,7 +10,10 @@ need_packages libgtest-dev locales pkgconf
 for preset in "$@"; do
     case $preset in
         bench) need_bench_packages ;;
-        clang) need_packages clang ;;
+        clang)
+            need_packages clang
+            need_bench_packages
+            ;;
         libcxx) need_packages clang googletest libc++-dev libc++abi-dev libclang-rt-dev ;;
     esac
     echo "== $preset"
