@@ -1,6 +1,7 @@
 // Included first in each source of the guarded tree. A guard there is
 //   (NMutation::IsPlanted(17) ? (the fault) : (the code))
 // so one build holds every fault, and the environment chooses the one that takes effect.
+// WORD_SIFTER_FAULTS: the number of faults.
 #pragma once
 
 #include <cstdio>
@@ -9,8 +10,6 @@
 namespace NMutation {
 
 struct Faults {
-    static constexpr int kMost = 16384;
-
     // WORD_SIFTER_FAULT: the fault that takes effect. WORD_SIFTER_REACHED: a file to which each
     // process appends the faults that it reached.
     Faults()
@@ -22,7 +21,7 @@ struct Faults {
     {
         std::FILE* const file = mReachedPath != nullptr ? std::fopen(mReachedPath, "a") : nullptr;
         if (file == nullptr) return;
-        for (int i = 0; i < kMost; ++i) {
+        for (int i = 0; i < WORD_SIFTER_FAULTS; ++i) {
             if (mReached[i]) std::fprintf(file, "%d\n", i);
         }
         std::fclose(file);
@@ -30,7 +29,7 @@ struct Faults {
 
     int mPlanted = -1;
     const char* mReachedPath = nullptr;
-    bool mReached[kMost] = {};
+    bool mReached[WORD_SIFTER_FAULTS] = {};
 };
 inline Faults gFaults;
 

@@ -222,7 +222,9 @@ def run_all(faults, constants, options, pool, report):
     programs = list(dict.fromkeys(p for folder in PROGRAMS if folder in folders
                                   for p in PROGRAMS[folder]))
     # Optimized: it is compiled once and run often.
-    guarded = Tree('guarded', '-O1', f'-include {ROOT}/mutation/guard.h')
+    count = len(faults) + len(constants)
+    guarded = Tree('guarded', '-O1',
+                   f'-include {ROOT}/mutation/guard.h -DWORD_SIFTER_FAULTS={count}')
     sources = {p: read(p) for p in guarded.files if p.startswith(SOURCES)}
     planted = guards.plant(guarded.root, sources, [*faults, *constants], guarded.units(''),
                            functools.partial(pool.map, guarded.errors_of))
@@ -238,7 +240,7 @@ def run_all(faults, constants, options, pool, report):
     trees = queue.Queue()
     for i in range(options.jobs if alone else 0):
         trees.put(Tree(f'plain{i}'))
-    os.environ['CCACHE_READONLY'] = '1'
+    os.environ['CCACHE_READONLY'] = '1'  # A fault is compiled once; it's no use in a cache.
 
     def run(number, fault):
         own = [p for p in parts if p.program in PROGRAMS[folder_of(fault)]]
